@@ -1,0 +1,55 @@
+# How targets of this project are made: one static library a folder of src/, one test program a
+# folder of tests/, and the warnings and sanitizers that all of them share.
+
+set(CMAKE_CXX_FLAGS_DEV "-O2 -g1" CACHE STRING "Flags of the Dev build type: assertions stay on")
+set(CMAKE_EXE_LINKER_FLAGS_DEV "" CACHE STRING "Linker flags of the Dev build type")
+set(CMAKE_SHARED_LINKER_FLAGS_DEV "" CACHE STRING "Linker flags of the Dev build type")
+mark_as_advanced(CMAKE_CXX_FLAGS_DEV CMAKE_EXE_LINKER_FLAGS_DEV CMAKE_SHARED_LINKER_FLAGS_DEV)
+
+add_library(velarc_options INTERFACE)
+target_compile_options(velarc_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align
+  -Wconversion -Wno-sign-conversion -Wimplicit-fallthrough -Wswitch-enum)
+target_compile_definitions(velarc_options INTERFACE
+  QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH
+  QT_DISABLE_DEPRECATED_BEFORE=0x060400 $<$<CONFIG:Dev>:QT_FORCE_ASSERTS>)
+
+function(velarc_apply_options target)
+  target_link_libraries(${target} PRIVATE velarc_options)
+  if(VELARC_WERROR)
+    target_compile_options(${target} PRIVATE -Werror)
+  endif()
+  if(VELARC_SANITIZE)
+    target_compile_options(${target} PRIVATE
+      -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(${target} PRIVATE -fsanitize=address,undefined)
+  endif()
+endfunction()
+
+# velarc_library(FOLDER SOURCES file... LINKS target...): the library velarc_FOLDER.
+function(velarc_library folder)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  add_library(velarc_${folder} STATIC ${ARG_SOURCES})
+  target_include_directories(velarc_${folder} PUBLIC "${PROJECT_SOURCE_DIR}/src")
+  target_link_libraries(velarc_${folder} PUBLIC ${ARG_LINKS})
+  velarc_apply_options(velarc_${folder})
+endfunction()
+
+# velarc_program(NAME SOURCES file... LINKS target...): a program in bin/.
+function(velarc_program name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE ${ARG_LINKS})
+  velarc_apply_options(${name})
+endfunction()
+
+# velarc_tests(FOLDER SOURCES file... LINKS target...): one test program for a folder of src/.
+function(velarc_tests folder)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  set(target velarc_${folder}_tests)
+  add_executable(${target} ${ARG_SOURCES})
+  target_link_libraries(${target} PRIVATE ${ARG_LINKS} velarc_test_support)
+  velarc_apply_options(${target})
+  add_test(NAME ${folder} COMMAND ${target})
+  set_tests_properties(${folder} PROPERTIES TIMEOUT 600)
+endfunction()

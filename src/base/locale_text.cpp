@@ -1,0 +1,134 @@
+#include "base/locale_text.h"
+
+#include <QByteArray>
+
+#include <unicode/coll.h>
+#include <unicode/datefmt.h>
+#include <unicode/locid.h>
+#include <unicode/timezone.h>
+#include <unicode/unistr.h>
+
+#include <cstdlib>
+#include <ctime>
+#include <initializer_list>
+#include <stdexcept>
+
+namespace velarc {
+
+namespace {
+
+// The locale that the environment names for a category; the variables are asked in their rank.
+icu::Locale environmentLocale(const char *categoryVariable)
+{
+    for (const char *variable : {"LC_ALL", categoryVariable, "LANG"}) {
+        const char *value = std::getenv(variable);
+        if (value == nullptr || *value == '\0') {
+            continue;
+        }
+        const QByteArray name(value);
+        const QByteArray language =
+            name.left(name.indexOf('.') < 0 ? name.size() : name.indexOf('.'));
+        if (language == "C" || language == "POSIX") {
+            break;
+        }
+        icu::Locale locale = icu::Locale::createCanonical(language.constData());
+        if (!locale.isBogus()) {
+            return locale;
+        }
+    }
+    return icu::Locale::createCanonical("en_US_POSIX");
+}
+
+QString toQString(const icu::UnicodeString &text)
+{
+    return QString(reinterpret_cast<const QChar *>(text.getBuffer()), text.length());
+}
+
+std::tm brokenDown(Instant instant, std::tm *(*convert)(const std::time_t *, std::tm *))
+{
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(instant);
+    const std::time_t time = seconds.time_since_epoch().count();
+    std::tm parts{};
+    if (convert(&time, &parts) == nullptr) {
+        throw std::runtime_error("the instant has no calendar form");
+    }
+    return parts;
+}
+
+} // namespace
+
+QString longDateShortTime(Instant instant)
+{
+    const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createDateTimeInstance(
+        icu::DateFormat::kLong, icu::DateFormat::kShort, environmentLocale("LC_TIME")));
+    if (!format) {
+        return iso8601(instant);
+    }
+    format->adoptTimeZone(icu::TimeZone::detectHostTimeZone());
+    const auto milliseconds =
+        std::chrono::floor<std::chrono::milliseconds>(instant).time_since_epoch();
+    icu::UnicodeString text;
+    format->format(static_cast<UDate>(milliseconds.count()), text);
+    return toQString(text);
+}
+
+QString localDayKey(Instant instant)
+{
+    tzset();
+    const std::tm parts = brokenDown(instant, &localtime_r);
+    return QString::asprintf(
+        "%04d-%02d-%02d", parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday);
+}
+
+QString iso8601(Instant instant)
+{
+    const std::tm parts = brokenDown(instant, &gmtime_r);
+    return QString::asprintf("%04d-%02d-%02dT%02d:%02d:%02dZ", parts.tm_year + 1900,
+        parts.tm_mon + 1, parts.tm_mday, parts.tm_hour, parts.tm_min, parts.tm_sec);
+}
+
+struct NameOrder::Collation
+{
+    std::unique_ptr<icu::Collator> collator;
+};
+
+NameOrder::NameOrder() : m_collation(std::make_unique<Collation>())
+{
+    UErrorCode status = U_ZERO_ERROR;
+    m_collation->collator.reset(
+        icu::Collator::createInstance(environmentLocale("LC_COLLATE"), status));
+    if (U_FAILURE(status) || !m_collation->collator) {
+        throw std::runtime_error("collation is not available");
+    }
+    // The second level keeps accents apart and leaves case to the third.
+    m_collation->collator->setStrength(icu::Collator::SECONDARY);
+}
+
+NameOrder::~NameOrder() = default;
+
+int NameOrder::compare(QStringView left, QStringView right) const
+{
+    UErrorCode status = U_ZERO_ERROR;
+    return m_collation->collator->compare(left.utf16(), static_cast<int32_t>(left.size()),
+        right.utf16(), static_cast<int32_t>(right.size()), status);
+}
+
+QByteArray NameOrder::sortKey(QStringView text) const
+{
+    const icu::Collator &collator = *m_collation->collator;
+    const auto length = static_cast<int32_t>(text.size());
+    QByteArray key(text.size() * 4 + 8, Qt::Uninitialized);
+    const auto fill = [&] {
+        return collator.getSortKey(text.utf16(), length, reinterpret_cast<uint8_t *>(key.data()),
+            static_cast<int32_t>(key.size()));
+    };
+    int32_t needed = fill();
+    if (needed > key.size()) {
+        key.resize(needed);
+        needed = fill();
+    }
+    key.truncate(needed);
+    return key;
+}
+
+} // namespace velarc
