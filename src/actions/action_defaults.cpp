@@ -22,4 +22,19 @@ QString defaultActionPrompt()
     return QStringLiteral("{User_Input}");
 }
 
+QString blankActionName()
+{
+    return QStringLiteral("New Action");
+}
+
+QString blankActionPrompt()
+{
+    return QStringLiteral(R"(You are a helpful assistant.\n\nInput:\n{User_Input})");
+}
+
+QString savedPromptOfBlank()
+{
+    return QStringLiteral(R"(You are a helpful assistant.\n\n{User_Input})");
+}
+
 } // namespace velarc
