@@ -27,6 +27,9 @@ enum class AIProvider
 };
 
 // What kind of result is asked for.
+// The compiler takes a scoped enumerator for one that hides the type Json of the same namespace.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wshadow"
 enum class OutputFormat
 {
     Text,
@@ -35,6 +38,7 @@ enum class OutputFormat
     Pdf,
     Image
 };
+#pragma GCC diagnostic pop
 
 // Where a result goes inside the program.
 enum class OutputDestination

@@ -29,13 +29,36 @@ constexpr std::array kPalette{
     PaletteRow{u"Slate", u"334155"},
 };
 
+bool isPair(QChar high, QChar low)
+{
+    return high.isHighSurrogate() && low.isLowSurrogate();
+}
+
+// How many units the mark at an end of `text` takes; 0 for a letter, a digit or an empty text.
+qsizetype leadingMark(QStringView text)
+{
+    if (text.size() > 1 && isPair(text[0], text[1])) {
+        return QChar::isLetterOrNumber(QChar::surrogateToUcs4(text[0], text[1])) ? 0 : 2;
+    }
+    return text.isEmpty() || text.front().isLetterOrNumber() ? 0 : 1;
+}
+
+qsizetype trailingMark(QStringView text)
+{
+    const qsizetype size = text.size();
+    if (size > 1 && isPair(text[size - 2], text[size - 1])) {
+        return leadingMark(text.right(2));
+    }
+    return leadingMark(text.right(1));
+}
+
 QStringView withoutMarks(QStringView text)
 {
-    while (!text.isEmpty() && !text.front().isLetterOrNumber()) {
-        text = text.mid(1);
+    while (const qsizetype mark = leadingMark(text)) {
+        text = text.mid(mark);
     }
-    while (!text.isEmpty() && !text.back().isLetterOrNumber()) {
-        text.chop(1);
+    while (const qsizetype mark = trailingMark(text)) {
+        text.chop(mark);
     }
     return text;
 }

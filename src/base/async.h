@@ -30,7 +30,7 @@ public:
     {
         Wakeup *wakeup;
         [[nodiscard]] bool await_ready() const noexcept { return wakeup->m_fired; }
-        void await_suspend(std::coroutine_handle<> waiting) noexcept
+        void await_suspend(std::coroutine_handle<> waiting) const noexcept
         {
             wakeup->m_waiting = waiting;
         }

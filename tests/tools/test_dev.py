@@ -1,0 +1,180 @@
+import os
+import shutil
+import subprocess
+
+from tree import ROOT, TreeTest
+
+REAL_TOOLS = "bash awk cat comm dirname env git mktemp nproc readlink rm sed sort touch xargs".split()
+
+FAKES = {
+    "id": 'echo "${FAKE_UID:-0}"',
+    "dpkg-query": 'shift 3\nfor p; do [[ " $FAKE_MISSING " == *" $p "* ]] || echo "installed $p"; done',
+    "apt-get": 'echo "apt-get $*" >>"$FAKE_LOG"',
+    "cmake": 'echo "cmake $*" >>"$FAKE_LOG"; mkdir -p "$2/build/$4"; touch "$2/build/$4/build.ninja"',
+    "ninja": """
+        [[ " $* " != *" -n "* ]] || { echo "${FAKE_WORK:-ninja: no work to do.}"; exit; }
+        echo "ninja $*" >>"$FAKE_LOG"
+        echo "main.cpp: it does not compile"
+        exit "${FAKE_BUILD_STATUS:-0}" """,
+    "ctest": 'echo "ctest $*" >>"$FAKE_LOG"; exit "${FAKE_TEST_STATUS:-0}"',
+    "clang-format-14": 'echo "clang-format-14 $*" >>"$FAKE_LOG"',
+}
+SUDO = 'echo "sudo $*" >>"$FAKE_LOG"; "$@"'
+CLI = 'echo "in $PWD:"; printf "<%s>" "$@"; cat; exit 3'
+
+
+class Dev(TreeTest):
+    """The script in a tree of its own, with fake tools: they write down how they were called."""
+
+    def setUp(self):
+        super().setUp()
+        self.tools = self.root / "fake tools"
+        self.tools.mkdir()
+        for name in [*REAL_TOOLS, "mkdir"]:
+            (self.tools / name).symlink_to(shutil.which(name))
+        for name, text in FAKES.items():
+            self.program(self.tools / name, text)
+        self.project = self.root / "a clone"
+        (self.project / "tools").mkdir(parents=True)
+        shutil.copy(ROOT / "dev", self.project / "dev")
+        self.write(
+            "a clone/tools/debian_packages", "build g++ cmake # why\n\ntest gtest\nformat clang\ncheck tidy\n"
+        )
+        self.write("a clone/CMakePresets.json")
+        self.cli = self.project / "build/dev/bin/velarc-cli"
+        self.cli.parent.mkdir(parents=True)
+        self.program(self.cli, CLI)
+        self.log = self.write("log")
+
+    def program(self, file, text):
+        file.write_text(f"#!{shutil.which('bash')}\n{text}\n", encoding="utf-8")
+        file.chmod(0o755)
+
+    def dev(self, *arguments, script=None, stdin="", **environment):
+        return subprocess.run(
+            [script or self.project / "dev", *arguments],
+            cwd=self.root,
+            env={"PATH": str(self.tools), "FAKE_LOG": str(self.log), **environment},
+            input=stdin,
+            capture_output=True,
+            text=True,
+            check=False,
+        )
+
+    def calls(self):
+        return self.log.read_text(encoding="utf-8").splitlines()
+
+    def test_deps_are_silent_where_nothing_is_missing(self):
+        done = self.dev("deps")
+        self.assertEqual((done.returncode, done.stdout, done.stderr), (0, "", ""))
+        self.assertEqual(self.calls(), [])
+
+    def test_deps_install_only_what_is_missing(self):
+        done = self.dev("deps", FAKE_MISSING="cmake tidy")
+        self.assertEqual((done.returncode, done.stdout), (0, ""))
+        self.assertEqual(
+            self.calls(),
+            [
+                "apt-get -qq update",
+                "apt-get -qq install --yes --no-install-recommends cmake tidy",
+            ],
+        )
+
+    def test_deps_use_sudo_only_for_a_plain_user(self):
+        self.program(self.tools / "sudo", SUDO)
+        self.dev("deps", FAKE_MISSING="cmake")
+        self.assertEqual([call for call in self.calls() if call.startswith("sudo")], [])
+        self.dev("deps", FAKE_MISSING="cmake", FAKE_UID="1000")
+        self.assertEqual(len([call for call in self.calls() if call.startswith("sudo")]), 2)
+
+    def test_without_root_or_sudo_deps_say_what_is_missing(self):
+        done = self.dev("deps", FAKE_MISSING="cmake tidy", FAKE_UID="1000")
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("root or sudo: cmake tidy", done.stderr)
+        self.assertEqual(self.calls(), [])
+
+    def test_a_command_installs_only_its_own_groups(self):
+        self.dev("test", FAKE_MISSING="gtest tidy")
+        self.assertIn("apt-get -qq install --yes --no-install-recommends gtest", self.calls())
+
+    def test_a_group_that_is_not_listed_is_refused(self):
+        done = self.dev("deps", "tests")
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("no group 'tests'", done.stderr)
+
+    def test_build_configures_once_and_builds_only_what_is_to_do(self):
+        self.dev("build")
+        self.assertEqual(self.calls(), [f"cmake -S {self.project} --preset dev"])
+        self.dev("build")
+        self.assertEqual(len(self.calls()), 1)
+        self.dev("build", FAKE_WORK="[1/1] main.o")
+        self.assertEqual(self.calls()[1].split(" -C ")[0], "ninja --quiet")
+
+    def test_a_failed_build_shows_why_on_standard_error(self):
+        done = self.dev("build", FAKE_WORK="[1/1] main.o", FAKE_BUILD_STATUS="1")
+        self.assertEqual((done.returncode, done.stdout), (1, ""))
+        self.assertIn("main.cpp: it does not compile", done.stderr)
+        self.assertIn("the build failed", done.stderr)
+
+    def test_a_build_that_succeeds_keeps_what_it_printed_to_itself(self):
+        done = self.dev("build", FAKE_WORK="[1/1] main.o")
+        self.assertEqual((done.returncode, done.stdout), (0, ""))
+        self.assertNotIn("does not compile", done.stderr)
+
+    def test_cli_passes_arguments_standard_input_folder_and_status_on(self):
+        done = self.dev("cli", "run", "A title", "--", "-x", stdin="typed in\n")
+        self.assertEqual(done.stdout, f"in {self.root}:\n<run><A title><--><-x>typed in\n")
+        self.assertEqual(done.returncode, 3)
+
+    def test_cli_adds_nothing_to_standard_output_when_it_has_to_build(self):
+        done = self.dev("cli", "actions", FAKE_WORK="[1/1] main.o")
+        self.assertEqual(done.stdout, f"in {self.root}:\n<actions>")
+        self.assertIn("Building build/dev", done.stderr)
+
+    def test_the_script_works_through_a_link(self):
+        link = self.root / "link to dev"
+        link.symlink_to(self.project / "dev")
+        self.dev("build", script=link)
+        self.assertEqual(self.calls(), [f"cmake -S {self.project} --preset dev"])
+
+    def test_tests_run_in_the_build_that_was_asked_for(self):
+        self.dev("test", "-R", "actions")
+        self.assertIn(f"--test-dir {self.project}/build/dev ", self.calls()[-1])
+        self.assertTrue(self.calls()[-1].endswith(" -R actions"))
+        self.dev("test", "--asan")
+        self.assertIn(f"--test-dir {self.project}/build/asan ", self.calls()[-1])
+
+    def test_tests_that_fail_fail_the_command(self):
+        self.assertEqual(self.dev("test", FAKE_TEST_STATUS="8").returncode, 8)
+
+    def test_run_opens_the_window_where_there_is_a_display(self):
+        self.program(self.cli.with_name("velarc"), 'printf "window <%s>" "$@"')
+        done = self.dev("run", "velarc://x", DISPLAY=":0")
+        self.assertEqual(done.stdout, "window <velarc://x>")
+
+    def test_run_shows_an_action_in_the_terminal_where_there_is_no_display(self):
+        self.program(self.cli.with_name("velarc"), "echo window")
+        self.program(self.cli, 'printf "<%s>" "$@"')
+        done = self.dev("run")
+        self.assertEqual(done.returncode, 0)
+        self.assertIn("<run><One-Sentence Summary><", done.stdout)
+        self.assertNotIn("window", done.stdout)
+
+    def test_an_unknown_command_is_refused_with_the_list_of_those_there_are(self):
+        done = self.dev("tset")
+        self.assertEqual((done.returncode, done.stdout), (1, ""))
+        self.assertIn("there is no command 'tset'", done.stderr)
+        self.assertIn("  test [ARGUMENTS]", done.stderr)
+
+    def test_no_colours_outside_a_terminal(self):
+        done = self.dev("build", FAKE_WORK="[1/1] main.o")
+        self.assertNotIn("\x1b", done.stdout + done.stderr)
+
+    def test_format_takes_every_source_that_git_knows_or_would_take(self):
+        subprocess.run(["git", "init", "-q", self.project], check=True, env=os.environ)
+        self.write("a clone/src/base/text file.h")
+        self.write("a clone/src/base/text.cpp")
+        self.dev("format")
+        self.assertEqual(
+            self.calls(), ["clang-format-14 -i -- src/base/text file.h src/base/text.cpp"]
+        )
