@@ -8,7 +8,7 @@ mark_as_advanced(CMAKE_CXX_FLAGS_DEV CMAKE_EXE_LINKER_FLAGS_DEV CMAKE_SHARED_LIN
 
 add_library(velarc_options INTERFACE)
 target_compile_options(velarc_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align
+  -Wall -Wextra -Wpedantic -Wshadow=local -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align
   -Wconversion -Wno-sign-conversion -Wimplicit-fallthrough -Wswitch-enum)
 target_compile_definitions(velarc_options INTERFACE
   QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH

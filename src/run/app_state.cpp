@@ -8,7 +8,7 @@ AppState::AppState(QObject *parent)
     : QObject(parent)
     , m_activeProviderLabel(QStringLiteral("None"))
     , m_newRunExperienceEnabled(true)
-    , m_studioDraft(initialDraft())
+    , m_studioDraft(blankAction())
 {
 }
 

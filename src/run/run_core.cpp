@@ -1,5 +1,7 @@
 #include "run/run_core.h"
 
+#include "base/errors.h"
+
 namespace velarc {
 
 void RunCore::dropExecution()

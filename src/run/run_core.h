@@ -17,6 +17,7 @@ struct RunCore {
     std::optional<PreparedRunInput> lastPreparedInput;
     std::optional<std::stop_source> executionTask;
     std::optional<QUuid> activeExecutionID;
+    std::stop_source lifetime; // stopped when the pipeline goes
 
     // Whether the run of that ID may write.
     [[nodiscard]] bool isActive(const QUuid &executionID) const

@@ -62,7 +62,9 @@ QCoro::Task<ResultPayload> runBorrowing(
         co_return TextPayload {};
     }
     std::stop_source source;
-    const std::stop_callback forward(stop, [&source] { source.request_stop(); });
+    const auto stopRun = [&source] { source.request_stop(); };
+    const std::stop_callback onCallersStop(stop, stopRun);
+    const std::stop_callback onPipelinesEnd(core->lifetime.get_token(), stopRun);
     const QUuid executionID = newUuid();
     const BorrowedExecution borrowed(core, executionID);
     auto run = std::make_shared<ActiveRun>(
@@ -82,6 +84,7 @@ RunPipeline::RunPipeline(AppState &state, RunSeams seams)
 RunPipeline::~RunPipeline()
 {
     m_core->dropExecution();
+    m_core->lifetime.request_stop();
     m_core->state.clear();
 }
 
@@ -108,7 +111,8 @@ void RunPipeline::startRun(AIAction action, InputStrategy strategy)
     QMetaObject::invokeMethod(
         m_core->state.data(),
         [run = std::move(run), action = std::move(action), strategy = std::move(strategy)] {
-            performRun(run, action, strategy);
+            // Nobody awaits a run: it tells the state how it ends.
+            static_cast<void>(performRun(run, action, strategy));
         },
         Qt::QueuedConnection);
 }

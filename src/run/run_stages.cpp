@@ -2,7 +2,9 @@
 
 #include "actions/format_rules.h"
 #include "actions/prompt_template.h"
+#include "base/errors.h"
 #include "base/text.h"
+#include "records/run_errors.h"
 #include "run/run_failure.h"
 
 #include <utility>
@@ -105,7 +107,6 @@ QCoro::Task<GenerationResult> generate(
     co_return co_await generating.generateTextResult(std::move(request), run, run->stop());
 }
 
-// What a PDF is made of, or none where the format asks for no PDF.
 bool wantsPDF(const AIAction &action)
 {
     return action.outputFormat == OutputFormat::Pdf;
@@ -294,6 +295,7 @@ QCoro::Task<ResultPayload> performShortcutRun(RunHandle run, AIAction action, QS
     PreparedRunInput prepared { input, {} };
     const GenerationResult result
         = co_await generate(run, asRun, provider, std::move(prompt), std::move(prepared));
+    run->ensureActive();
     ResultPayload payload = result.payload;
     const auto source = payloadText(payload);
     if (wantsPDF(asRun) && source) {

@@ -20,13 +20,16 @@ std::optional<QString> ScriptedGenerating::resolvedModel(const AIAction &, AIPro
 }
 
 QCoro::Task<GenerationResult> ScriptedGenerating::answerLater(
-    std::shared_ptr<RunProgress> progress, std::stop_token stop)
+    QString prompt, std::shared_ptr<RunProgress> progress, std::stop_token stop)
 {
     progress->step(QStringLiteral("Generating"));
-    if (noteBeforeWaiting) {
+    if (namesThePrompt) {
+        progress->note(QStringLiteral("note of ") + prompt);
+    } else if (noteBeforeWaiting) {
         progress->note(*noteBeforeWaiting);
     }
-    const GenerationResult result = answer;
+    const GenerationResult result
+        = namesThePrompt ? textResult(QStringLiteral("result of ") + prompt) : answer;
     co_await gate.pass(stop);
     co_return result;
 }
@@ -34,15 +37,17 @@ QCoro::Task<GenerationResult> ScriptedGenerating::answerLater(
 QCoro::Task<GenerationResult> ScriptedGenerating::generateTextResult(
     TextGeneration request, std::shared_ptr<RunProgress> progress, std::stop_token stop)
 {
+    QString prompt = request.prompt;
     textRequests.append(std::move(request));
-    return answerLater(std::move(progress), std::move(stop));
+    return answerLater(std::move(prompt), std::move(progress), std::move(stop));
 }
 
 QCoro::Task<GenerationResult> ScriptedGenerating::generateImageResult(
     ImageGeneration request, std::shared_ptr<RunProgress> progress, std::stop_token stop)
 {
+    QString prompt = request.prompt;
     imageRequests.append(std::move(request));
-    return answerLater(std::move(progress), std::move(stop));
+    return answerLater(std::move(prompt), std::move(progress), std::move(stop));
 }
 
 QCoro::Task<RoutedExecutionResult> ScriptedDelivering::routeResult(
@@ -82,23 +87,24 @@ void ScriptedDelivering::showClipboardToast(QString message)
     toasts.append(message);
 }
 
+// A member is copied before it is returned: a task moves from whatever it is given.
 QCoro::Task<ClipboardPayload> ScriptedClipboard::read(std::stop_token stop)
 {
     co_await gate.pass(stop);
-    co_return payload;
+    co_return ClipboardPayload(payload);
 }
 
 QCoro::Task<QString> ScriptedClipboard::text(std::stop_token stop)
 {
     ++textReads;
     co_await gate.pass(stop);
-    co_return payload.text;
+    co_return QString(payload.text);
 }
 
 QCoro::Task<AttachmentIntake> ScriptedClipboard::attachments(ClipboardPayload, std::stop_token stop)
 {
     co_await gate.pass(stop);
-    co_return intake;
+    co_return AttachmentIntake(intake);
 }
 
 ScriptedRun::ScriptedRun()

@@ -18,6 +18,7 @@ public:
     std::optional<QString> model;
     GenerationResult answer;
     std::optional<QString> noteBeforeWaiting; // as a fallback writes one
+    bool namesThePrompt = false; // answers "result of PROMPT" and notes "note of PROMPT"
     QList<TextGeneration> textRequests;
     QList<ImageGeneration> imageRequests;
 
@@ -32,7 +33,7 @@ public:
 
 private:
     QCoro::Task<GenerationResult> answerLater(
-        std::shared_ptr<RunProgress> progress, std::stop_token stop);
+        QString prompt, std::shared_ptr<RunProgress> progress, std::stop_token stop);
 };
 
 class ScriptedDelivering final : public Delivering
