@@ -24,7 +24,7 @@ namespace velarc {
 [[nodiscard]] Json encodeActions(const QList<AIAction> &actions);
 
 // The bytes of the stored library: writeJson(encodeActions(actions)), but one action at a time, so
-// that a large library never stands in memory as one tree of small values. Twice as fast.
+// that a large library never stands in memory as one tree of small values.
 [[nodiscard]] QByteArray writeActions(const QList<AIAction> &actions);
 
 // The value under `key` by its stored spelling. Throws JsonError for an unknown one.
