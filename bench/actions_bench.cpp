@@ -71,7 +71,7 @@ void writeLibrary(benchmark::State &state)
 {
     const QList<AIAction> &actions = library();
     for (auto _ : state) {
-        benchmark::DoNotOptimize(writeJson(encodeActions(actions)));
+        benchmark::DoNotOptimize(writeActions(actions));
     }
 }
 

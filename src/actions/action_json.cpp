@@ -200,4 +200,17 @@ Json encodeActions(const QList<AIAction> &actions)
     return array;
 }
 
+QByteArray writeActions(const QList<AIAction> &actions)
+{
+    QByteArray json = "[";
+    for (const AIAction &action : actions) {
+        if (json.size() > 1) {
+            json += ',';
+        }
+        json += writeJson(encodeAction(action));
+    }
+    json += ']';
+    return json;
+}
+
 } // namespace velarc

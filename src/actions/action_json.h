@@ -23,6 +23,10 @@ namespace velarc {
 [[nodiscard]] QList<AIAction> decodeActions(const Json &value);
 [[nodiscard]] Json encodeActions(const QList<AIAction> &actions);
 
+// The bytes of the stored library: writeJson(encodeActions(actions)), but one action at a time, so
+// that a large library never stands in memory as one tree of small values.
+[[nodiscard]] QByteArray writeActions(const QList<AIAction> &actions);
+
 // The value under `key` by its stored spelling. Throws JsonError for an unknown one.
 template <typename Enum>
 [[nodiscard]] std::optional<Enum> readEnum(const ObjectReader &object, const char *key)

@@ -103,4 +103,14 @@ TEST(ActionWriting, libraryIsOneList)
     EXPECT_EQ(writeJson(encodeActions({fullAction(), fullAction()})), "[" + one + "," + one + "]");
 }
 
+TEST(ActionWriting, libraryIsWrittenAlikeWholeAndActionByAction)
+{
+    AIAction other = fullAction();
+    other.destination = ActionDestination::system(SystemDestinationKind::MessagesCompose);
+    for (const QList<AIAction> &actions :
+        {QList<AIAction>{}, {fullAction()}, {fullAction(), other, fullAction()}}) {
+        EXPECT_EQ(writeActions(actions), writeJson(encodeActions(actions)));
+    }
+}
+
 } // namespace velarc

@@ -105,11 +105,11 @@ TEST(DisplayOrder, namesFollowTheLocale)
 {
     const QStringList names{u"Zebra"_s, u"\u00c4pfel"_s, u"Birne"_s, u"apfel"_s};
     {
-        const ScopedLocale german("de_DE.UTF-8");
+        const ScopedVariable german("LC_ALL", "de_DE.UTF-8");
         EXPECT_EQ(displayedByName(names),
             (QStringList{u"apfel"_s, u"\u00c4pfel"_s, u"Birne"_s, u"Zebra"_s}));
     }
-    const ScopedLocale swedish("sv_SE.UTF-8");
+    const ScopedVariable swedish("LC_ALL", "sv_SE.UTF-8");
     EXPECT_EQ(
         displayedByName(names), (QStringList{u"apfel"_s, u"Birne"_s, u"Zebra"_s, u"\u00c4pfel"_s}));
 }

@@ -7,8 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 namespace velarc {
 
 QByteArray fixture(const char *path)
@@ -53,14 +51,21 @@ QStringList namesOf(const QList<AIAction> &actions)
     return names;
 }
 
-ScopedLocale::ScopedLocale(const char *name) : m_before(qgetenv("LC_ALL"))
+ScopedVariable::ScopedVariable(const char *name, const char *value) : m_name(name)
 {
-    setenv("LC_ALL", name, 1);
+    if (qEnvironmentVariableIsSet(name)) {
+        m_before = qgetenv(name);
+    }
+    qputenv(name, value);
 }
 
-ScopedLocale::~ScopedLocale()
+ScopedVariable::~ScopedVariable()
 {
-    setenv("LC_ALL", m_before.constData(), 1);
+    if (m_before) {
+        qputenv(m_name, *m_before);
+    } else {
+        qunsetenv(m_name);
+    }
 }
 
 } // namespace velarc

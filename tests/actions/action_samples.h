@@ -1,6 +1,6 @@
 #pragma once
 
-// Actions, documents and locales for the tests of this folder.
+// Actions, documents and surroundings for the tests of this folder.
 
 #include "actions/action.h"
 
@@ -19,17 +19,19 @@ namespace velarc {
 
 [[nodiscard]] QStringList namesOf(const QList<AIAction> &actions);
 
-// While it lives, the process runs in another locale.
-class ScopedLocale
+// While it lives, a variable of the environment has another value: LC_ALL for the locale, TZ for
+// the time zone.
+class ScopedVariable
 {
 public:
-    explicit ScopedLocale(const char *name);
-    ~ScopedLocale();
-    ScopedLocale(const ScopedLocale &) = delete;
-    ScopedLocale &operator=(const ScopedLocale &) = delete;
+    ScopedVariable(const char *name, const char *value);
+    ~ScopedVariable();
+    ScopedVariable(const ScopedVariable &) = delete;
+    ScopedVariable &operator=(const ScopedVariable &) = delete;
 
 private:
-    QByteArray m_before;
+    const char *m_name;
+    std::optional<QByteArray> m_before;
 };
 
 } // namespace velarc

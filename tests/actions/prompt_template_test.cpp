@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <random>
 
 namespace velarc {
 
@@ -151,18 +152,47 @@ TEST(PromptTemplate, inputIsFoundAtTheEndAndAcrossFalseStarts)
     EXPECT_EQ(rendered(u"abacababacabac"_s, u"abacabac"_s), u"abacababacabac"_s);
     EXPECT_EQ(rendered(u"aaaa"_s, u"aaaaa"_s), u"aaaa\n\nInput:\naaaaa"_s);
     EXPECT_EQ(rendered(u"abab"_s, u"abb"_s), u"abab\n\nInput:\nabb"_s);
+    EXPECT_EQ(rendered(u"bbabbbabbbbb"_s, u"bbabbbb"_s), u"bbabbbabbbbb"_s);
+}
+
+TEST(PromptTemplate, inputIsAppendedExactlyWhenAPlainSearchDoesNotFindIt)
+{
+    std::mt19937 random(1); // always the same texts
+    const auto textOfAAndB = [&](int length) {
+        QString text;
+        for (int index = 0; index < length; ++index) {
+            text += random() % 2 == 0 ? u'a' : u'b';
+        }
+        return text;
+    };
+    for (int round = 0; round < 2000; ++round) {
+        const QString promptTemplate = textOfAAndB(40);
+        const QString input = textOfAAndB(1 + round % 9);
+        const bool isFound = promptTemplate.contains(input);
+        EXPECT_EQ(rendered(promptTemplate, input) == promptTemplate, isFound)
+            << promptTemplate.toStdString() << ' ' << input.toStdString();
+    }
 }
 
 TEST(PromptTemplate, dateIsToldInTheLongFormOfTheLocale)
 {
+    const ScopedVariable newYork("TZ", "America/New_York");
     // The space before AM is a narrow one that does not break.
     EXPECT_EQ(rendered(u"{User_Input}: {Current_Date}"_s, u"x"_s),
         u"x: February 20, 2026 at 10:00\u202FAM"_s);
 }
 
+TEST(PromptTemplate, dateFollowsTheTimeZone)
+{
+    const ScopedVariable tokyo("TZ", "Asia/Tokyo");
+    EXPECT_EQ(rendered(u"{User_Input}: {Current_Date}"_s, u"x"_s),
+        u"x: February 21, 2026 at 12:00\u202FAM"_s);
+}
+
 TEST(PromptTemplate, dateFollowsAnotherLocale)
 {
-    const ScopedLocale german("de_DE.UTF-8");
+    const ScopedVariable newYork("TZ", "America/New_York");
+    const ScopedVariable german("LC_ALL", "de_DE.UTF-8");
     EXPECT_EQ(
         rendered(u"{User_Input}: {Current_Date}"_s, u"x"_s), u"x: 20. Februar 2026 um 10:00"_s);
 }
