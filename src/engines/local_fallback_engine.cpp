@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <initializer_list>
+#include <limits>
 
 namespace velarc {
 
@@ -195,6 +196,19 @@ void appendWithEscapedQuotes(QString &text, QStringView line)
     text.append(line);
 }
 
+// What stands between a number and its line. A table of short lines is mostly this: it is written
+// in one piece and without an allocation.
+void appendKeyEnd(QString &table, qsizetype number)
+{
+    constexpr QStringView kMark = u"\": \"";
+    std::array<char16_t, std::numeric_limits<qsizetype>::digits10 + 1 + kMark.size()> text{};
+    auto front = std::copy_backward(kMark.utf16(), kMark.utf16() + kMark.size(), text.end());
+    for (qsizetype rest = number; rest > 0; rest /= 10) {
+        *--front = static_cast<char16_t>(u'0' + rest % 10);
+    }
+    table.append(QStringView(front, text.end()));
+}
+
 QString lineTable(QStringView input)
 {
     TextPieces lines(input, &isLineFeed);
@@ -202,12 +216,11 @@ QString lineTable(QStringView input)
     table.reserve(input.size());
     qsizetype number = 0;
     while (const auto line = lines.next()) {
-        table.append(number == 0 ? QStringView(u"{\n  \"text_") : QStringView(u",\n  \"text_"));
-        table.append(QString::number(++number)).append(u"\": \"");
+        table.append(number == 0 ? QStringView(u"{\n  \"text_") : QStringView(u"\",\n  \"text_"));
+        appendKeyEnd(table, ++number);
         appendWithEscapedQuotes(table, *line);
-        table.append(u'"');
     }
-    return number == 0 ? kEmptyLineTable.toString() : table.append(u"\n}");
+    return number == 0 ? kEmptyLineTable.toString() : table.append(u"\"\n}");
 }
 
 } // namespace

@@ -17,7 +17,7 @@ public:
     //
     // Any thread; a pure function that cannot fail. Takes time in proportion to the input, or to as
     // much of its beginning as the output shows. The search for an invoice's fields gives up after
-    // so many steps for each character, and a field that was not found by then is null.
+    // a number of steps that grows with the text; a field that was not found by then is null.
     [[nodiscard]] static QString generate(const AIAction &action, QStringView input);
 };
 
