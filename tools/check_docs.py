@@ -40,6 +40,9 @@ def exists(root, path):
 def check(root):
     faults = []
     for document in DOCUMENTS:
+        if not (root / document).is_file():
+            faults.append(f"there is no {document}")
+            continue
         is_code = False
         for number, line in enumerate((root / document).read_text("utf-8").splitlines(), 1):
             if FENCE.match(line):

@@ -57,3 +57,7 @@ class CheckDocs(TreeTest):
             "[a](CONTRIBUTING.md#build) [b](#here) [c](https://example.org/x) [d](docs/gone.md)\n",
         )
         self.assertEqual(self.faults(), ["README.md:1: there is no docs/gone.md"])
+
+    def test_a_document_that_is_gone_is_a_fault(self):
+        (self.root / "CONTRIBUTING.md").unlink()
+        self.assertEqual(self.faults(), ["there is no CONTRIBUTING.md"])
