@@ -23,7 +23,8 @@ ELSEWHERE = re.compile(r"^([/~$#-]|build/|\.\.\.|[a-z][a-z+.-]*:)|[<>{}\"]")
 
 
 def names_path(word):
-    return not ELSEWHERE.search(word) and ("/" in word or word.endswith(ENDINGS))
+    is_file = word.endswith(ENDINGS) and word not in ENDINGS
+    return not ELSEWHERE.search(word) and ("/" in word or is_file)
 
 
 def paths_of(line):
