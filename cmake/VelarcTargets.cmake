@@ -26,6 +26,20 @@ function(velarc_apply_options target)
   endif()
 endfunction()
 
+# The outside headers that nearly every file reads are compiled once for src/ (by velarc_base) and
+# once for the tests (by velarc_test_support); the other targets reuse them. A file still includes
+# what it uses.
+set(velarc_common_headers <QByteArray> <QList> <QString> <QStringView> <QUuid>
+  <algorithm> <array> <chrono> <functional> <memory> <optional> <stop_token> <variant> <vector>)
+
+function(velarc_precompile target owner)
+  if(target STREQUAL owner)
+    target_precompile_headers(${target} PRIVATE ${velarc_common_headers} ${ARGN})
+  else()
+    target_precompile_headers(${target} REUSE_FROM ${owner})
+  endif()
+endfunction()
+
 # velarc_library(FOLDER SOURCES file... LINKS target...): the library velarc_FOLDER.
 function(velarc_library folder)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
@@ -33,6 +47,7 @@ function(velarc_library folder)
   target_include_directories(velarc_${folder} PUBLIC "${PROJECT_SOURCE_DIR}/src")
   target_link_libraries(velarc_${folder} PUBLIC ${ARG_LINKS})
   velarc_apply_options(velarc_${folder})
+  velarc_precompile(velarc_${folder} velarc_base)
 endfunction()
 
 # velarc_program(NAME SOURCES file... LINKS target...): a program in bin/.
@@ -41,6 +56,7 @@ function(velarc_program name)
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE ${ARG_LINKS})
   velarc_apply_options(${name})
+  velarc_precompile(${name} velarc_base)
 endfunction()
 
 # velarc_tests(FOLDER SOURCES file... LINKS target...): one test program for a folder of src/.
@@ -50,6 +66,7 @@ function(velarc_tests folder)
   add_executable(${target} ${ARG_SOURCES})
   target_link_libraries(${target} PRIVATE ${ARG_LINKS} velarc_test_support)
   velarc_apply_options(${target})
+  velarc_precompile(${target} velarc_test_support)
   add_test(NAME ${folder} COMMAND ${target})
   set_tests_properties(${folder} PROPERTIES TIMEOUT 600)
 endfunction()

@@ -8,6 +8,7 @@ set -euo pipefail
 
 cd -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/.."
 tree=build/dev
+tidy_tree=$tree/clang-tidy
 status=0
 
 # The files of the patterns that are in the tree, ended by NUL: tracked ones and new ones.
@@ -53,15 +54,23 @@ files_to_tidy() {
         done | sort -zu
 }
 
+# The build's commands without its precompiled headers, which only g++ can read.
+write_tidy_commands() {
+    mkdir -p "$tidy_tree"
+    sed -E 's/ -Winvalid-pch//; s/ -include (\\"[^"]*cmake_pch\.hxx\\"|[^ "]*cmake_pch\.hxx)//' \
+        "$tree/compile_commands.json" >"$tidy_tree/compile_commands.json"
+}
+
 tidy() {
     local files since
+    write_tidy_commands
     mapfile -d '' files < <(files_to_tidy "$@")
     since=$(git log -1 --format='since %h (%s)' "$(branch_base)")
     [[ ${1:-} != --all ]] || since="in all"
     printf 'clang-tidy: %d files %s\n' "${#files[@]}" "$since"
     ((${#files[@]} > 0)) || return 0
     printf '%s\0' "${files[@]}" \
-        | xargs -0 -n 1 -P "$(nproc)" clang-tidy-16 -p "$tree" --quiet 2>/dev/null
+        | xargs -0 -n 1 -P "$(nproc)" clang-tidy-16 -p "$tidy_tree" --quiet 2>/dev/null
 }
 
 check_format || status=1

@@ -23,7 +23,8 @@ ELSEWHERE = re.compile(r"^([/~$#-]|build/|\.\.\.|[a-z][a-z+.-]*:)|[<>{}\"]")
 
 
 def names_path(word):
-    return not ELSEWHERE.search(word) and ("/" in word or word.endswith(ENDINGS))
+    is_file = word.endswith(ENDINGS) and word not in ENDINGS
+    return not ELSEWHERE.search(word) and ("/" in word or is_file)
 
 
 def paths_of(line):
@@ -40,6 +41,9 @@ def exists(root, path):
 def check(root):
     faults = []
     for document in DOCUMENTS:
+        if not (root / document).is_file():
+            faults.append(f"there is no {document}")
+            continue
         is_code = False
         for number, line in enumerate((root / document).read_text("utf-8").splitlines(), 1):
             if FENCE.match(line):

@@ -6,7 +6,8 @@ Usage: check_includes.py [ROOT]
 - A folder of src/ includes itself and the floors below it, FLOORS being the one table of them;
   src/CMakeLists.txt builds them in the same order.
 - No file includes itself by way of others.
-- A header of the project is included in quotes by its path from src/, or from tests/ in the tests.
+- A header of the project is included in quotes by its path from src/. Tests include by the path from
+  tests/ as well, and what stands beside them by its bare name.
 - QML and Quick stay in the top floors; headers of GLib's family stay out of our headers, since
   their names collide with Qt's.
 """
@@ -75,18 +76,20 @@ class Checker:
     def check_file(self, file, search):
         self.graph[file] = []
         floor = self.floor_of(file)
-        if search == ("src",) and floor is None:
+        if search == SEARCHED["src"] and floor is None:
             self.report(file, 1, "stands on no floor; FLOORS in tools/check_includes.py names them")
         for include in includes_of(file):
-            target = self.find(include.name, search)
+            target = self.find(include, file, search)
             if target is not None:
                 self.graph[file].append(target)
             self.check_spelling(file, include, target)
             self.check_floor(file, include, floor, target)
             self.check_families(file, include, floor)
 
-    def find(self, name, search):
-        candidates = (self.root / folder / name for folder in search)
+    def find(self, include, file, search):
+        candidates = [self.root / folder / include.name for folder in search]
+        if include.quoted and search != SEARCHED["src"] and "/" not in include.name:
+            candidates.append(file.parent / include.name)
         return next((file for file in candidates if file.is_file()), None)
 
     def floor_of(self, file):

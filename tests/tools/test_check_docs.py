@@ -31,6 +31,10 @@ class CheckDocs(TreeTest):
         self.write("README.md", "Read `CONTRIBUTING.md` and `gone.md`, but not `gone`.\n")
         self.assertEqual(self.faults(), ["README.md:1: there is no gone.md"])
 
+    def test_an_ending_by_itself_is_no_file(self):
+        self.write("README.md", "A `.cpp` file.\n")
+        self.assertEqual(self.faults(), [])
+
     def test_each_word_of_a_command_is_looked_at(self):
         self.write("README.md", "Run `./gone test`.\n")
         self.assertEqual(self.faults(), ["README.md:1: there is no ./gone"])
@@ -57,3 +61,7 @@ class CheckDocs(TreeTest):
             "[a](CONTRIBUTING.md#build) [b](#here) [c](https://example.org/x) [d](docs/gone.md)\n",
         )
         self.assertEqual(self.faults(), ["README.md:1: there is no docs/gone.md"])
+
+    def test_a_document_that_is_gone_is_a_fault(self):
+        (self.root / "CONTRIBUTING.md").unlink()
+        self.assertEqual(self.faults(), ["there is no CONTRIBUTING.md"])

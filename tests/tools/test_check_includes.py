@@ -86,6 +86,15 @@ class CheckIncludes(TreeTest):
             self.faults(), ['tests/base/b_test.cpp:1: "fake.h" is no path from src/']
         )
 
+    def test_tests_include_what_stands_beside_them_by_its_bare_name(self):
+        self.write("tests/run/fixture.h")
+        self.write("tests/run/run_test.cpp", '#include "fixture.h"\n')
+        self.write("tests/base/text_test.cpp", '#include "../run/fixture.h"\n')
+        self.assertEqual(
+            self.faults(),
+            ['tests/base/text_test.cpp:1: "../run/fixture.h" is no path from src/'],
+        )
+
     def test_code_that_ships_does_not_include_from_tests(self):
         self.write("tests/fakes/fake.h")
         self.write("src/base/text.cpp", '#include "fakes/fake.h"\n')
