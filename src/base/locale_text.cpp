@@ -2,9 +2,11 @@
 
 #include <QByteArray>
 
+#include <unicode/calendar.h>
 #include <unicode/coll.h>
 #include <unicode/datefmt.h>
 #include <unicode/locid.h>
+#include <unicode/reldatefmt.h>
 #include <unicode/timezone.h>
 #include <unicode/unistr.h>
 
@@ -85,6 +87,70 @@ QString iso8601(Instant instant)
     const std::tm parts = brokenDown(instant, &gmtime_r);
     return QString::asprintf("%04d-%02d-%02dT%02d:%02d:%02dZ", parts.tm_year + 1900,
         parts.tm_mon + 1, parts.tm_mday, parts.tm_hour, parts.tm_min, parts.tm_sec);
+}
+
+namespace {
+
+struct CalendarUnit {
+    UCalendarDateFields field;
+    URelativeDateTimeUnit unit;
+};
+
+constexpr CalendarUnit kUnits[] {
+    { UCAL_YEAR, UDAT_REL_UNIT_YEAR },
+    { UCAL_MONTH, UDAT_REL_UNIT_MONTH },
+    { UCAL_WEEK_OF_YEAR, UDAT_REL_UNIT_WEEK },
+    { UCAL_DAY_OF_MONTH, UDAT_REL_UNIT_DAY },
+    { UCAL_HOUR_OF_DAY, UDAT_REL_UNIT_HOUR },
+    { UCAL_MINUTE, UDAT_REL_UNIT_MINUTE },
+    { UCAL_SECOND, UDAT_REL_UNIT_SECOND },
+};
+
+UDate toICU(Instant instant)
+{
+    const auto whole = std::chrono::floor<std::chrono::milliseconds>(instant);
+    return static_cast<UDate>(whole.time_since_epoch().count());
+}
+
+struct Distance {
+    int32_t count = 0;
+    URelativeDateTimeUnit unit = UDAT_REL_UNIT_SECOND;
+};
+
+// How far `then` is from `now` in the largest unit that fits; negative if it has passed.
+Distance calendarDistance(Instant then, Instant now, const icu::Locale &locale)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<icu::Calendar> calendar(
+        icu::Calendar::createInstance(icu::TimeZone::detectHostTimeZone(), locale, status));
+    Distance distance;
+    for (const CalendarUnit &unit : kUnits) {
+        if (U_FAILURE(status)) {
+            break;
+        }
+        calendar->setTime(toICU(now), status);
+        distance = { calendar->fieldDifference(toICU(then), unit.field, status), unit.unit };
+        if (distance.count != 0) {
+            break;
+        }
+    }
+    return distance;
+}
+
+} // namespace
+
+QString relativeShort(Instant then, Instant now)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::Locale locale = environmentLocale("LC_TIME");
+    const icu::RelativeDateTimeFormatter formatter(
+        locale, nullptr, UDAT_STYLE_SHORT, UDISPCTX_CAPITALIZATION_NONE, status);
+    const Distance distance = calendarDistance(then, now, locale);
+    // A moment that is just now counts as passed.
+    const double offset = distance.count == 0 ? -0.0 : distance.count;
+    icu::UnicodeString text;
+    formatter.formatNumeric(offset, distance.unit, text, status);
+    return U_FAILURE(status) ? iso8601(then) : toQString(text);
 }
 
 struct NameOrder::Collation

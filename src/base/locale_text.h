@@ -24,6 +24,11 @@ namespace velarc {
 // "2026-02-20T15:00:00Z": date and time to the second, in UTC.
 [[nodiscard]] QString iso8601(Instant instant);
 
+// How long ago `then` was, as "2 hr. ago" is for English: the short style, in the largest calendar
+// unit of which at least one has passed whole, seconds at the least. A `then` that lies ahead reads
+// as "in 2 hr.".
+[[nodiscard]] QString relativeShort(Instant then, Instant now);
+
 // Compares names as the user's language does, without regard to case. Accents count.
 //
 // Build one for each sort: it holds the collator, and the sort key of a text can be kept.

@@ -54,10 +54,18 @@ public:
     [[nodiscard]] virtual QCoro::Task<void> deleteAPIKey(AIProvider provider, std::stop_token stop)
         = 0;
 
-    // Of the three engines, those whose key is stored, locked or not. Asks without unlocking and
-    // without prompting; blocks for `bound` at most, and what has not answered by then has none.
+    // For the start of the program: both block for `bound` at most and never let the desktop ask
+    // the user.
+
+    // Of the engines that need a key, those whose key is stored, locked or not. A store that has
+    // not answered by the bound has none.
     [[nodiscard]] virtual QList<AIProvider> providersWithStoredKey(
-        std::chrono::milliseconds bound) const
+        std::chrono::milliseconds bound)
+        = 0;
+
+    // saveAPIKey() as far as it goes without a question. Errors: CredentialStoreError.
+    virtual void saveWithoutPrompting(
+        const Secret &key, AIProvider provider, std::chrono::milliseconds bound)
         = 0;
 };
 
