@@ -43,6 +43,9 @@ TaskScope::~TaskScope() = default;
 TaskScope::Ticket TaskScope::enter(std::stop_source stop)
 {
     const std::size_t number = m_members->nextNumber++;
+    if (m_members->drain != nullptr) {
+        stop.request_stop();
+    }
     m_members->running.emplace(number, std::move(stop));
     return Ticket(m_members, number);
 }
@@ -66,8 +69,15 @@ bool TaskScope::finish(std::chrono::milliseconds bound)
     }
     QEventLoop loop;
     m_members->drain = &loop;
-    QTimer::singleShot(bound, &loop, &QEventLoop::quit);
+    QTimer deadline;
+    deadline.setSingleShot(true);
+    QObject::connect(&deadline, &QTimer::timeout, &loop, &QEventLoop::quit);
+    deadline.start(bound);
     loop.exec();
+    // A quit() of the application ends every loop, but the tasks still use what is there.
+    while (!m_members->running.empty() && deadline.isActive()) {
+        loop.processEvents(QEventLoop::WaitForMoreEvents);
+    }
     m_members->drain = nullptr;
     return m_members->running.empty();
 }

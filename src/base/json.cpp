@@ -20,8 +20,9 @@ constexpr unsigned kValuesBetweenStopTests = 4096;
 // Below this many keys comparing each with each is cheaper than hashing.
 constexpr std::size_t kFewKeys = 32;
 
-// An object's members as the list that they are, so that adding one looks nothing up.
-using Members = Json::object_t::Container;
+// An object's members while they are read. The library's own container keeps its keys constant, so
+// that growing it copies every value below it.
+using Members = std::vector<std::pair<std::string, Json>>;
 
 // For each member the place of the first one of the same key; a few are compared each with each.
 class FirstPlaces
@@ -56,26 +57,26 @@ private:
 void dropRepeatedKeys(Members &members)
 {
     FirstPlaces firstPlaces(members);
-    bool repeats = false;
     for (std::size_t index = 0; index < members.size(); ++index) {
         const std::size_t first = firstPlaces.of(index);
         if (first != index) {
-            repeats = true;
             members[first].second = std::move(members[index].second);
             members[index].second = Json::value_t::discarded;
         }
     }
-    if (!repeats) {
-        return;
-    }
-    Members kept;
+    std::erase_if(members, [](const auto &member) { return member.second.is_discarded(); });
+}
+
+Json objectOf(Members members)
+{
+    dropRepeatedKeys(members);
+    Json object = Json::object();
+    Json::object_t::Container &kept = object.get_ref<Json::object_t &>();
     kept.reserve(members.size());
-    for (auto &member : members) {
-        if (!member.second.is_discarded()) {
-            kept.emplace_back(member.first, std::move(member.second));
-        }
+    for (auto &[key, value] : members) {
+        kept.emplace_back(std::move(key), std::move(value));
     }
-    members = std::move(kept);
+    return object;
 }
 
 // Builds a value from the parser's events. The library's own builder looks each key up among the
@@ -98,20 +99,28 @@ public:
 
     bool key(string_t &value) override
     {
-        m_keys.back() = std::move(value);
+        m_open.back().key = std::move(value);
         return true;
     }
 
-    bool start_object(std::size_t) override { return open(Json::object()); }
-    bool start_array(std::size_t) override { return open(Json::array()); }
+    bool start_object(std::size_t) override { return open(Shape::Object); }
+    bool start_array(std::size_t) override { return open(Shape::Array); }
 
     bool end_object() override
     {
-        dropRepeatedKeys(m_open.back()->get_ref<Json::object_t &>());
-        return close();
+        Members members = std::move(m_open.back().members);
+        m_open.pop_back();
+        place(objectOf(std::move(members)));
+        return true;
     }
 
-    bool end_array() override { return close(); }
+    bool end_array() override
+    {
+        Json::array_t elements = std::move(m_open.back().elements);
+        m_open.pop_back();
+        place(std::move(elements));
+        return true;
+    }
 
     bool parse_error(
         std::size_t, const std::string &, const nlohmann::detail::exception &error) override
@@ -121,59 +130,61 @@ public:
     }
 
 private:
-    // The values that are open, outermost first. A parent does not grow while its child is open, so
-    // the pointers hold.
-    std::vector<Json *> m_open;
-    std::vector<std::string> m_keys;
+    enum class Shape
+    {
+        Object,
+        Array
+    };
+
+    // An object or array that has not ended: what of it was read.
+    struct Open
+    {
+        Shape shape;
+        std::string key; // of the member to come
+        Members members;
+        Json::array_t elements;
+    };
+
+    std::vector<Open> m_open; // outermost first
     Json m_root;
     std::string m_error;
     std::stop_token m_stop;
     unsigned m_values = 0;
 
-    template <typename Value> Json *place(Value &&value)
+    void place(Json value)
     {
         if (m_open.empty()) {
-            m_root = std::forward<Value>(value);
-            return &m_root;
+            m_root = std::move(value);
+        } else if (Open &parent = m_open.back(); parent.shape == Shape::Array) {
+            parent.elements.push_back(std::move(value));
+        } else {
+            parent.members.emplace_back(std::move(parent.key), std::move(value));
         }
-        Json &parent = *m_open.back();
-        if (parent.is_array()) {
-            auto &elements = parent.get_ref<Json::array_t &>();
-            return &elements.emplace_back(std::forward<Value>(value));
-        }
-        Members &members = parent.get_ref<Json::object_t &>();
-        return &members.emplace_back(std::move(m_keys.back()), Json(std::forward<Value>(value)))
-                    .second;
     }
 
     template <typename Value> bool add(Value &&value)
     {
-        if (++m_values % kValuesBetweenStopTests == 0) {
-            throwIfStopped(m_stop);
-        }
+        throwIfStoppedNow();
         place(std::forward<Value>(value));
         return true;
     }
 
-    bool open(Json empty)
+    bool open(Shape shape)
     {
         if (m_open.size() >= kMaxJsonDepth) {
             m_error = "nested too deeply";
             return false;
         }
-        if (++m_values % kValuesBetweenStopTests == 0) {
-            throwIfStopped(m_stop);
-        }
-        m_open.push_back(place(std::move(empty)));
-        m_keys.emplace_back();
+        throwIfStoppedNow();
+        m_open.push_back(Open{shape, {}, {}, {}});
         return true;
     }
 
-    bool close()
+    void throwIfStoppedNow()
     {
-        m_open.pop_back();
-        m_keys.pop_back();
-        return true;
+        if (++m_values % kValuesBetweenStopTests == 0) {
+            throwIfStopped(m_stop);
+        }
     }
 };
 
@@ -186,6 +197,10 @@ private:
 
 Json parseJson(QByteArrayView utf8, std::stop_token stop)
 {
+    // The library takes a zero byte for the end of the text.
+    if (utf8.contains('\0')) {
+        throw JsonError("a zero byte");
+    }
     Builder builder(std::move(stop));
     if (!Json::sax_parse(utf8.begin(), utf8.end(), &builder)) {
         throw JsonError(builder.error());
@@ -237,9 +252,10 @@ qint64 decodeInteger(const Json &value)
     } else if (value.is_number_integer()) {
         return value.get<std::int64_t>();
     } else if (value.is_number_float()) {
+        // The least integer itself is out: those just below it round to the same number.
         constexpr double kTwoTo63 = 9223372036854775808.0;
         const auto number = value.get<double>();
-        if (number >= -kTwoTo63 && number < kTwoTo63 && std::trunc(number) == number) {
+        if (number > -kTwoTo63 && number < kTwoTo63 && std::trunc(number) == number) {
             return static_cast<qint64>(number);
         }
     }

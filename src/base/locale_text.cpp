@@ -14,6 +14,7 @@
 #include <ctime>
 #include <initializer_list>
 #include <stdexcept>
+#include <string_view>
 
 namespace velarc {
 
@@ -44,6 +45,23 @@ icu::Locale environmentLocale(const char *categoryVariable)
 QString toQString(const icu::UnicodeString &text)
 {
     return QString(reinterpret_cast<const QChar *>(text.getBuffer()), text.length());
+}
+
+std::unique_ptr<icu::Collator> collatorFor(const icu::Locale &locale)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(locale, status));
+    if (U_FAILURE(status) || !collator) {
+        throw std::runtime_error("collation is not available");
+    }
+    return collator;
+}
+
+bool isPosix(const icu::Collator &collator)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::Locale locale = collator.getLocale(ULOC_ACTUAL_LOCALE, status);
+    return std::string_view(locale.getVariant()) == "POSIX";
 }
 
 std::tm brokenDown(Instant instant, std::tm *(*convert)(const std::time_t *, std::tm *))
@@ -160,11 +178,11 @@ struct NameOrder::Collation
 
 NameOrder::NameOrder() : m_collation(std::make_unique<Collation>())
 {
-    UErrorCode status = U_ZERO_ERROR;
-    m_collation->collator.reset(
-        icu::Collator::createInstance(environmentLocale("LC_COLLATE"), status));
-    if (U_FAILURE(status) || !m_collation->collator) {
-        throw std::runtime_error("collation is not available");
+    m_collation->collator = collatorFor(environmentLocale("LC_COLLATE"));
+    // The collation of the C locale, which every unknown one falls back to, orders by code points:
+    // all capitals before all small letters.
+    if (isPosix(*m_collation->collator)) {
+        m_collation->collator = collatorFor(icu::Locale::getUS());
     }
     // The second level keeps accents apart and leaves case to the third.
     m_collation->collator->setStrength(icu::Collator::SECONDARY);
