@@ -98,6 +98,19 @@ TEST(ActionReadingCost, aMillionBracketsThatNeverCloseAreRefused)
     expectRefusedInLinearTime("[{\"actionDestination\":", "");
 }
 
+TEST(ActionReadingCost, unknownKeyIsIgnoredUntilItNestsTooDeeply)
+{
+    const auto nested = [](int depth) {
+        return QByteArray("[{\"unknown\":") + QByteArray("[").repeated(depth)
+            + QByteArray("]").repeated(depth) + "}]";
+    };
+    constexpr int kLibraryAndAction = 2;
+    EXPECT_EQ(decodeActions(parseJson(nested(kMaxJsonDepth - kLibraryAndAction))).size(), 1);
+    for (const int depth : {kMaxJsonDepth - kLibraryAndAction + 1, kSmall, kLarge}) {
+        EXPECT_THROW((void)decodeActions(parseJson(nested(depth))), JsonError);
+    }
+}
+
 TEST(ActionReadingCost, aMillionSkillsAreRead)
 {
     const QByteArray json =
