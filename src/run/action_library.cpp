@@ -4,13 +4,15 @@
 #include "actions/action_list.h"
 #include "run/app_state.h"
 
+#include <utility>
+
 namespace velarc {
 
 using namespace Qt::StringLiterals;
 
-ActionLibrary::ActionLibrary(AppState &state, const LocalStore &store)
+ActionLibrary::ActionLibrary(AppState &state, std::shared_ptr<const LocalStore> store)
     : m_state(state)
-    , m_store(store)
+    , m_store(std::move(store))
 {
 }
 
@@ -44,7 +46,7 @@ void ActionLibrary::selectAction(const QUuid &id)
 void ActionLibrary::noteRecentAction(const QUuid &id)
 {
     m_state.setRecentActionIDs(withRecentAction(m_state.recentActionIDs(), id));
-    m_store.saveRecentActionIDs(m_state.recentActionIDs());
+    m_store->saveRecentActionIDs(m_state.recentActionIDs());
 }
 
 void ActionLibrary::markRunClipboardHintSeen()
@@ -70,7 +72,7 @@ void ActionLibrary::setEngineRoomSection(EngineRoomSection section)
         return;
     }
     m_state.setEngineRoomSection(section);
-    m_store.saveLastEngineRoomSection(section);
+    m_store->saveLastEngineRoomSection(section);
 }
 
 void ActionLibrary::setNewRunExperienceEnabled(bool isEnabled)
@@ -79,12 +81,12 @@ void ActionLibrary::setNewRunExperienceEnabled(bool isEnabled)
         return;
     }
     m_state.setNewRunExperienceEnabled(isEnabled);
-    m_store.saveNewRunExperienceEnabled(isEnabled);
+    m_store->saveNewRunExperienceEnabled(isEnabled);
 }
 
 void ActionLibrary::saveAutomationOptions()
 {
-    m_store.saveAutomationOptions(m_state.homeAutomationOptions());
+    m_store->saveAutomationOptions(m_state.homeAutomationOptions());
 }
 
 void ActionLibrary::newAction()
@@ -127,12 +129,12 @@ void ActionLibrary::deleteAction(const AIAction &action)
     const QUuid id = action.id;
     m_state.setActions(withoutAction(m_state.actions(), id));
     m_state.setRecentActionIDs(withoutRecentAction(m_state.recentActionIDs(), id));
-    m_store.saveRecentActionIDs(m_state.recentActionIDs());
+    m_store->saveRecentActionIDs(m_state.recentActionIDs());
     if (m_state.selectedActionID() == id) {
         publishAndSaveSelection(
             selectionAfterRemoval(m_state.actions(), m_state.selectedActionID(), id));
     }
-    m_store.saveActions(m_state.actions());
+    m_store->saveActions(m_state.actions());
 }
 
 void ActionLibrary::togglePin(const QUuid &id)
@@ -151,13 +153,13 @@ void ActionLibrary::applyDefaultEngineToAllActions()
 void ActionLibrary::publishAndSave(QList<AIAction> actions)
 {
     m_state.setActions(std::move(actions));
-    m_store.saveActions(m_state.actions());
+    m_store->saveActions(m_state.actions());
 }
 
 void ActionLibrary::publishAndSaveSelection(const std::optional<QUuid> &id)
 {
     m_state.setSelectedActionID(id);
-    m_store.saveSelectedActionID(id);
+    m_store->saveSelectedActionID(id);
 }
 
 void ActionLibrary::markHint(bool HomeHintState::*hint)
@@ -168,7 +170,7 @@ void ActionLibrary::markHint(bool HomeHintState::*hint)
     }
     hints.*hint = true;
     m_state.setHomeHintState(hints);
-    m_store.saveHintState(hints);
+    m_store->saveHintState(hints);
 }
 
 void ActionLibrary::closeStudio()

@@ -15,8 +15,8 @@ class AppState;
 class ActionLibrary final : public ActionSelecting
 {
 public:
-    // Both must outlive the library, or go with it.
-    ActionLibrary(AppState &state, const LocalStore &store);
+    // `state` must outlive the library, or go with it.
+    ActionLibrary(AppState &state, std::shared_ptr<const LocalStore> store);
 
     [[nodiscard]] QList<AIAction> visibleActions() const;
     [[nodiscard]] QList<AIAction> pinnedActions() const;
@@ -65,7 +65,7 @@ private:
     void closeStudio();
 
     AppState &m_state;
-    const LocalStore &m_store;
+    std::shared_ptr<const LocalStore> m_store;
     std::optional<QUuid> m_editingActionID; // of the stored action that the draft replaces
 };
 

@@ -3,12 +3,14 @@
 #include "base/text.h"
 #include "run/app_state.h"
 
+#include <utility>
+
 namespace velarc {
 
-UsageRecorder::UsageRecorder(AppState &state, const LocalStore &store, const Clock &clock)
+UsageRecorder::UsageRecorder(AppState &state, std::shared_ptr<const LocalStore> store, std::shared_ptr<const Clock> clock)
     : m_state(state)
-    , m_store(store)
-    , m_clock(clock)
+    , m_store(std::move(store))
+    , m_clock(std::move(clock))
 {
 }
 
@@ -19,18 +21,18 @@ void UsageRecorder::recordUsage(const GenerationResult &result)
         return;
     }
     DailyUsageLedger ledger = m_state.dailyUsageLedger();
-    ledger.record(result.provider, modelID, *result.usage, m_clock.now());
+    ledger.record(result.provider, modelID, *result.usage, m_clock->now());
     publishAndSave(std::move(ledger));
 }
 
 void UsageRecorder::resetUsage()
 {
-    publishAndSave(emptyUsageLedger(m_clock.now()));
+    publishAndSave(emptyUsageLedger(m_clock->now()));
 }
 
 void UsageRecorder::settleDay()
 {
-    DailyUsageLedger today = emptyUsageLedger(m_clock.now());
+    DailyUsageLedger today = emptyUsageLedger(m_clock->now());
     if (m_state.dailyUsageLedger().dayKey != today.dayKey) {
         publishAndSave(std::move(today));
     }
@@ -39,7 +41,7 @@ void UsageRecorder::settleDay()
 void UsageRecorder::publishAndSave(DailyUsageLedger ledger)
 {
     m_state.setDailyUsageLedger(std::move(ledger));
-    m_store.saveUsageLedger(m_state.dailyUsageLedger());
+    m_store->saveUsageLedger(m_state.dailyUsageLedger());
 }
 
 } // namespace velarc

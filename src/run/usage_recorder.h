@@ -10,11 +10,11 @@ namespace velarc {
 
 class AppState;
 
-// Main thread only; what it is built on must outlive it, or go with it.
+// Main thread only. `state` must outlive it, or go with it.
 class UsageRecorder final : public UsageRecording
 {
 public:
-    UsageRecorder(AppState &state, const LocalStore &store, const Clock &clock);
+    UsageRecorder(AppState &state, std::shared_ptr<const LocalStore> store, std::shared_ptr<const Clock> clock);
 
     // A result without usage or without a model counts nothing.
     void recordUsage(const GenerationResult &result) override;
@@ -29,8 +29,8 @@ private:
     void publishAndSave(DailyUsageLedger ledger);
 
     AppState &m_state;
-    const LocalStore &m_store;
-    const Clock &m_clock;
+    std::shared_ptr<const LocalStore> m_store;
+    std::shared_ptr<const Clock> m_clock;
 };
 
 } // namespace velarc

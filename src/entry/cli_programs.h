@@ -1,0 +1,40 @@
+#pragma once
+
+// What velarc-cli does for each command.
+//
+// Standard output gets the answer and nothing else; everything said about a failure goes to
+// standard error. Texts are written as UTF-8, and an answer ends in one line feed.
+
+#include "entry/cli_command.h"
+#include "entry/intent.h"
+
+#include <QByteArray>
+
+#include <cstdio>
+#include <functional>
+
+namespace velarc {
+
+enum class CliExit {
+    Done = 0,
+    RunFailed = 1,
+    Usage = 2, // also: no action of that title
+    Refused = 3,
+};
+
+// The process around the program.
+struct CliSurroundings {
+    std::function<std::shared_ptr<const LocalStore>()> openStore;
+    MakeViewModel makeViewModel;
+    std::function<bool()> standardInputIsTerminal;
+    std::function<QByteArray()> readStandardInput; // to its end
+    FILE *out = nullptr;
+    FILE *err = nullptr;
+    QString version;
+};
+
+// Main thread. Stop: ends a run with CancellationError.
+[[nodiscard]] QCoro::Task<CliExit> performCliCommand(
+    CliCommand command, CliSurroundings surroundings, std::stop_token stop);
+
+} // namespace velarc

@@ -1,0 +1,54 @@
+#pragma once
+
+// Running an action without the window: what the command line and the desktop's services share.
+//
+// Nothing of a running window's state is shared with it; the link is the store and the secret
+// store. Main thread only.
+
+#include "run/app_view_model.h"
+
+#include <functional>
+#include <memory>
+
+namespace velarc {
+
+// An action as others name it.
+struct VelarcActionEntity {
+    QUuid id;
+    QString title;
+
+    friend bool operator==(const VelarcActionEntity &, const VelarcActionEntity &) = default;
+};
+
+// The stored actions but those of a hidden destination, in display order.
+[[nodiscard]] QList<AIAction> loadOfferedActions(const LocalStore &store);
+
+// All offered actions.
+[[nodiscard]] QList<VelarcActionEntity> suggestedEntities(const LocalStore &store);
+
+// The offered actions of `identifiers`, in their order; unknown ones are skipped. Two offered
+// actions of one id are a programming error and end the process.
+[[nodiscard]] QList<VelarcActionEntity> entitiesFor(
+    const LocalStore &store, const QList<QUuid> &identifiers);
+
+struct IntentOutcome {
+    enum class Kind { Done, Refused };
+
+    Kind kind = Kind::Done;
+    QString dialog; // what is answered
+    std::optional<ResultPayload> payload; // of a run that was done
+};
+
+// Makes the state object of one run.
+using MakeViewModel = std::function<std::unique_ptr<AppViewModel>()>;
+
+// Runs the stored action of `actionID` on `input`, over a state of its own that lives as long as
+// the run. Blank input, an unknown action and an action that needs a compose window are refused
+// with a dialog that says why.
+//
+// Stop:   CancellationError.
+// Errors: those of the engines and of delivery.
+[[nodiscard]] QCoro::Task<IntentOutcome> performIntent(
+    QUuid actionID, QString input, MakeViewModel makeViewModel, std::stop_token stop);
+
+} // namespace velarc
