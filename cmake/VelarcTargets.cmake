@@ -1,10 +1,11 @@
 # How targets of this project are made: one static library a folder of src/, one test program a
 # folder of tests/, and the warnings and sanitizers that all of them share.
 
-set(CMAKE_CXX_FLAGS_DEV "-O2 -g1" CACHE STRING "Flags of the Dev build type: assertions stay on")
-set(CMAKE_EXE_LINKER_FLAGS_DEV "" CACHE STRING "Linker flags of the Dev build type")
-set(CMAKE_SHARED_LINKER_FLAGS_DEV "" CACHE STRING "Linker flags of the Dev build type")
-mark_as_advanced(CMAKE_CXX_FLAGS_DEV CMAKE_EXE_LINKER_FLAGS_DEV CMAKE_SHARED_LINKER_FLAGS_DEV)
+# The Dev build type is the project's own: project() has made its variables already, but empty, so
+# a default put into the cache would not take.
+if(NOT CMAKE_CXX_FLAGS_DEV)
+  set(CMAKE_CXX_FLAGS_DEV "-O2 -g1") # assertions stay on
+endif()
 
 add_library(velarc_options INTERFACE)
 target_compile_options(velarc_options INTERFACE
