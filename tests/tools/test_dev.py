@@ -110,6 +110,12 @@ class Dev(TreeTest):
         self.dev("build", FAKE_WORK="[1/1] main.o")
         self.assertEqual(self.calls()[1].split(" -C ")[0], "ninja --quiet")
 
+    def test_changed_presets_configure_the_build_anew(self):
+        self.dev("build")
+        os.utime(self.project / "CMakePresets.json", (2**32, 2**32))
+        self.dev("build")
+        self.assertEqual(self.calls(), [f"cmake -S {self.project} --preset dev"] * 2)
+
     def test_a_failed_build_shows_why_on_standard_error(self):
         done = self.dev("build", FAKE_WORK="[1/1] main.o", FAKE_BUILD_STATUS="1")
         self.assertEqual((done.returncode, done.stdout), (1, ""))
