@@ -1,7 +1,7 @@
 // What holds of runs whatever happens in whatever order: random interleavings of everything that a
 // user, an engine and time can do, with a seed that is printed when one fails.
 
-#include "run_fixture.h"
+#include "run/run_fixture.h"
 
 #include "base/errors.h"
 #include "fakes/notify_counter.h"
