@@ -1,3 +1,5 @@
+// Entry of the benchmark program.
+
 #include <benchmark/benchmark.h>
 
 BENCHMARK_MAIN();

@@ -62,7 +62,7 @@ QList<AIAction> LocalStore::loadActions() const
         return *std::move(actions);
     }
     QList<AIAction> first = m_firstActions();
-    const QByteArray proposal = writeJson(encodeActions(first));
+    const QByteArray proposal = writeActions(first);
     const QByteArray winner = m_defaults->settle(kActions, stored, proposal);
     if (winner != proposal) {
         first = usableActions(winner).value_or(first);
@@ -72,7 +72,7 @@ QList<AIAction> LocalStore::loadActions() const
 
 void LocalStore::saveActions(const QList<AIAction> &actions) const
 {
-    save(kActions, encodeActions(actions));
+    m_defaults->setBytes(kActions, writeActions(actions));
 }
 
 ProviderSettings LocalStore::loadProviderSettings() const
