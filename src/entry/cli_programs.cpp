@@ -40,6 +40,17 @@ CliExit complain(const CliSurroundings &surroundings, const QString &sentence, C
     return exit;
 }
 
+// A title that holds a line feed or a tab must not look like another line or column.
+QString inOneCell(QString title)
+{
+    for (QChar &character : title) {
+        if (character.category() == QChar::Other_Control) {
+            character = u' ';
+        }
+    }
+    return title;
+}
+
 QString listing(const QList<VelarcActionEntity> &entities, ListingForm form)
 {
     if (form == ListingForm::Json) {
@@ -52,8 +63,7 @@ QString listing(const QList<VelarcActionEntity> &entities, ListingForm form)
     }
     QStringList lines;
     for (const VelarcActionEntity &entity : entities) {
-        // A title that holds a line feed or a tab must not look like another line or column.
-        lines.append(uuidText(entity.id) + u'\t' + QString(entity.title).simplified());
+        lines.append(uuidText(entity.id) + u'\t' + inOneCell(entity.title));
     }
     return lines.join(u'\n');
 }

@@ -1,4 +1,4 @@
-#include "run/app_world.h"
+#include "support/app_world.h"
 
 #include "base/uuid.h"
 

@@ -1,4 +1,4 @@
-#include "run/app_world.h"
+#include "support/app_world.h"
 
 #include "base/errors.h"
 #include "engines/on_device_services.h"
