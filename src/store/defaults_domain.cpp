@@ -47,13 +47,14 @@ void DefaultsDomain::remove(QByteArrayView key)
 QByteArray DefaultsDomain::settle(
     QByteArrayView key, const std::optional<QByteArray> &seen, const QByteArray &proposal)
 {
-    writeIfStill(key, seen, proposal);
+    writeUnlessChanged(key, seen, proposal);
     return bytes(key).value_or(proposal);
 }
 
-bool stillStands(const std::optional<DefaultsValue> &standing, const std::optional<QByteArray> &saw)
+bool hasChanged(const std::optional<DefaultsValue> &standing, const std::optional<QByteArray> &seen)
 {
-    return documentOf(standing) == saw;
+    const auto document = documentOf(standing);
+    return document && document != seen;
 }
 
 } // namespace velarc

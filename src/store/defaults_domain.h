@@ -44,8 +44,8 @@ public:
 
     void remove(QByteArrayView key);
 
-    // Writes `proposal` under `key` if what the caller saw there still stands there (none: no
-    // document), in one step that no other process can come between. Gives the document that
+    // Writes `proposal` under `key` unless a document stands there by now that is another one than
+    // the caller saw, in one step that no other process can come between. Gives the document that
     // stands there afterwards, so that of several processes that propose at once all get the
     // winner's; `proposal` itself where nothing could be written.
     [[nodiscard]] QByteArray settle(
@@ -55,12 +55,12 @@ protected:
     [[nodiscard]] virtual std::optional<DefaultsValue> read(QByteArrayView key) = 0;
     virtual void write(QByteArrayView key, const DefaultsValue &value) = 0;
     virtual void erase(QByteArrayView key) = 0;
-    virtual void writeIfStill(
+    virtual void writeUnlessChanged(
         QByteArrayView key, const std::optional<QByteArray> &seen, const QByteArray &proposal) = 0;
 };
 
-// Whether what stands under a key is what somebody `saw` there, no document being none.
-[[nodiscard]] bool stillStands(
-    const std::optional<DefaultsValue> &standing, const std::optional<QByteArray> &saw);
+// Whether a document stands under a key that is another one than somebody saw there.
+[[nodiscard]] bool hasChanged(
+    const std::optional<DefaultsValue> &standing, const std::optional<QByteArray> &seen);
 
 } // namespace velarc

@@ -19,11 +19,11 @@ constexpr auto kWrite = "INSERT INTO defaults(key, value) VALUES(?1, ?2)"
                         " ON CONFLICT(key) DO UPDATE SET value = excluded.value";
 constexpr auto kErase = "DELETE FROM defaults WHERE key = ?1";
 
-// ?3 is the document that was seen. A value that is none counts as absent, as it does in reading.
-constexpr auto kWriteIfStill =
+// ?3 is the document that was seen. What is no document gives way, as it is not read either.
+constexpr auto kWriteUnlessChanged =
     "INSERT INTO defaults(key, value) VALUES(?1, ?2)"
     " ON CONFLICT(key) DO UPDATE SET value = excluded.value"
-    " WHERE CASE typeof(defaults.value) WHEN 'blob' THEN defaults.value END IS ?3";
+    " WHERE typeof(defaults.value) <> 'blob' OR defaults.value IS ?3";
 
 } // namespace
 
@@ -106,8 +106,8 @@ DefaultsFile::Outcome DefaultsFile::prepareStatements(Access access)
     int code = prepare(connection, kRead, m_read);
     if (access == Access::Writing) {
         for (const auto &[sql, statement] :
-            std::initializer_list<std::pair<const char *, SqliteStatement *>>{
-                {kWrite, &m_write}, {kErase, &m_erase}, {kWriteIfStill, &m_writeIfStill}}) {
+            std::initializer_list<std::pair<const char *, SqliteStatement *>>{{kWrite, &m_write},
+                {kErase, &m_erase}, {kWriteUnlessChanged, &m_writeUnlessChanged}}) {
             if (code == SQLITE_OK) {
                 code = prepare(connection, sql, *statement);
             }
@@ -177,10 +177,10 @@ DefaultsFile::Outcome DefaultsFile::erase(QByteArrayView key)
     return outcomeOf(use.step());
 }
 
-DefaultsFile::Outcome DefaultsFile::writeIfStill(
+DefaultsFile::Outcome DefaultsFile::writeUnlessChanged(
     QByteArrayView key, const std::optional<QByteArray> &seen, const QByteArray &proposal)
 {
-    StatementUse use(m_writeIfStill);
+    StatementUse use(m_writeUnlessChanged);
     use.bindText(1, key);
     use.bindBlob(2, proposal);
     if (seen) {

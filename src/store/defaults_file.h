@@ -47,7 +47,7 @@ public:
     [[nodiscard]] Outcome read(QByteArrayView key, std::optional<DefaultsValue> &value);
     [[nodiscard]] Outcome write(QByteArrayView key, const DefaultsValue &value);
     [[nodiscard]] Outcome erase(QByteArrayView key);
-    [[nodiscard]] Outcome writeIfStill(
+    [[nodiscard]] Outcome writeUnlessChanged(
         QByteArrayView key, const std::optional<QByteArray> &seen, const QByteArray &proposal);
 
 private:
@@ -73,7 +73,7 @@ private:
     SqliteStatement m_read;
     SqliteStatement m_write;
     SqliteStatement m_erase;
-    SqliteStatement m_writeIfStill;
+    SqliteStatement m_writeUnlessChanged;
 };
 
 struct DefaultsFile::Opened

@@ -18,10 +18,10 @@ void MemoryDefaultsDomain::erase(QByteArrayView key)
     m_values.remove(key.toByteArray());
 }
 
-void MemoryDefaultsDomain::writeIfStill(
+void MemoryDefaultsDomain::writeUnlessChanged(
     QByteArrayView key, const std::optional<QByteArray> &seen, const QByteArray &proposal)
 {
-    if (stillStands(read(key), seen)) {
+    if (!hasChanged(read(key), seen)) {
         write(key, proposal);
     }
 }

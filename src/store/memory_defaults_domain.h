@@ -14,7 +14,7 @@ protected:
     [[nodiscard]] std::optional<DefaultsValue> read(QByteArrayView key) override;
     void write(QByteArrayView key, const DefaultsValue &value) override;
     void erase(QByteArrayView key) override;
-    void writeIfStill(QByteArrayView key, const std::optional<QByteArray> &seen,
+    void writeUnlessChanged(QByteArrayView key, const std::optional<QByteArray> &seen,
         const QByteArray &proposal) override;
 
 private:

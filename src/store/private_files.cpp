@@ -33,17 +33,13 @@ constexpr const char *kSideFiles[]{"-wal", "-shm"};
 
 bool isThere(const QByteArray &path)
 {
-    struct stat found
-    {
-    };
+    struct stat found = {};
     return lstat(path.constData(), &found) == 0;
 }
 
 void closeToOthers(const QByteArray &path)
 {
-    struct stat found
-    {
-    };
+    struct stat found = {};
     if (stat(path.constData(), &found) == 0 && S_ISREG(found.st_mode)
         && (found.st_mode & kOthers) != 0) {
         chmod(path.constData(), found.st_mode & kUserOnlyFolder);

@@ -137,14 +137,14 @@ void SqliteDefaultsDomain::erase(QByteArrayView key)
     keepUnlessWritten(outcome, key, std::nullopt);
 }
 
-void SqliteDefaultsDomain::writeIfStill(
+void SqliteDefaultsDomain::writeUnlessChanged(
     QByteArrayView key, const std::optional<QByteArray> &seen, const QByteArray &proposal)
 {
-    const Outcome outcome =
-        onWritableFile([&](DefaultsFile &file) { return file.writeIfStill(key, seen, proposal); });
+    const Outcome outcome = onWritableFile(
+        [&](DefaultsFile &file) { return file.writeUnlessChanged(key, seen, proposal); });
     if (outcome == Outcome::Done) {
         m_unwritten.remove(key.toByteArray());
-    } else if (outcome == Outcome::Refused && stillStands(read(key), seen)) {
+    } else if (outcome == Outcome::Refused && !hasChanged(read(key), seen)) {
         m_unwritten.insert(key.toByteArray(), proposal);
     }
 }

@@ -5,7 +5,9 @@
 
 #include "support/printers.h"
 
+#include <QFileInfo>
 #include <QProcess>
+#include <QSet>
 
 #include <random>
 
@@ -45,7 +47,11 @@ public:
         finish();
     }
 
-    void go() { m_process.write("go\n"); }
+    void go()
+    {
+        m_process.write("go\n");
+        EXPECT_TRUE(m_process.waitForBytesWritten(kPatience));
+    }
 
     int finish()
     {
@@ -125,7 +131,7 @@ TEST_F(DefaultsDurability, twoProcessesWriteAtOnceWithoutFailure)
         const qint64 written = hammer.lines().first().toLongLong();
         EXPECT_GT(written, 0);
         EXPECT_EQ(numberOf(domain->bytes(key).value_or(QByteArray())), written);
-        std::printf("%s wrote %lld\n", key.data(), static_cast<long long>(written));
+        RecordProperty(key.data(), std::to_string(written));
     }
 }
 
@@ -142,6 +148,34 @@ TEST_F(DefaultsDurability, processesThatFindADamagedFileAtOnceShareOneFreshFile)
             hammers.push_back(std::make_unique<Hammer>(
                 QStringList{suite, u"set"_s, u"key.%1"_s.arg(number), u"value"_s}));
         }
+        for (const auto &hammer : hammers) {
+            hammer->go();
+        }
+        for (const auto &hammer : hammers) {
+            EXPECT_EQ(hammer->finish(), 0);
+        }
+        const auto domain = openDomain();
+        for (int number = 0; number < kProcesses; ++number) {
+            EXPECT_EQ(domain->bytes("key." + QByteArray::number(number)), "value") << number;
+        }
+        EXPECT_EQ(namesAside().size(), round + 1);
+    }
+}
+
+TEST_F(DefaultsDurability, processesThatMeetDamageAtOnceWhileTheyRunShareOneFreshFile)
+{
+    constexpr int kProcesses = 6;
+    constexpr int kRounds = 10;
+    for (int round = 0; round < kRounds; ++round) {
+        SCOPED_TRACE(round);
+        openDomain()->setBytes("filler", QByteArray(20'000, 'x'));
+        std::vector<std::unique_ptr<Hammer>> hammers;
+        for (int number = 0; number < kProcesses; ++number) {
+            hammers.push_back(std::make_unique<Hammer>(
+                QStringList{suite, u"meet"_s, u"key.%1"_s.arg(number), u"value"_s}));
+            hammers.back()->awaitLines(1);
+        }
+        overwrite(suite, 4096, garbage(QFileInfo(suite).size() - 4096));
         for (const auto &hammer : hammers) {
             hammer->go();
         }

@@ -98,9 +98,7 @@ void overwrite(const QString &path, qint64 from, const QByteArray &bytes)
 
 unsigned modeOf(const QString &path)
 {
-    struct stat found
-    {
-    };
+    struct stat found = {};
     return stat(QFile::encodeName(path).constData(), &found) == 0 ? found.st_mode & 07777 : 0;
 }
 

@@ -6,6 +6,7 @@
 //                                         reads both back each time, and prints how many it wrote;
 //                                         exit status 1 if one was lost or torn
 //   store_hammer FILE set KEY VALUE       waits for a line, then opens the file and writes
+//   store_hammer FILE meet KEY VALUE      opens the file, prints 0, waits for a line, then writes
 //   store_hammer FILE library NAME -      waits for a line, then loads the library, where one
 //                                         action of that name is the first list, and prints the
 //                                         name of the action that it gets
@@ -73,6 +74,14 @@ int setOnce(const QString &file, const Clock &clock, const QByteArray &key, cons
     return 0;
 }
 
+int meet(DefaultsDomain &domain, const QByteArray &key, const QByteArray &value)
+{
+    acknowledge(0);
+    waitForALine();
+    domain.setBytes(key, value);
+    return 0;
+}
+
 int loadLibrary(const QString &file, const Clock &clock, const QString &name)
 {
     const auto firstActions = [&name] {
@@ -108,6 +117,9 @@ int main(int argc, char **argv)
     SqliteDefaultsDomain domain({file}, clock);
     if (task == "write") {
         writeWithoutEnd(domain, first, second.toLongLong());
+    }
+    if (task == "meet") {
+        return meet(domain, first, second);
     }
     return contend(domain, first, std::chrono::milliseconds(second.toInt()));
 }
