@@ -27,9 +27,6 @@ enum class AIProvider
 };
 
 // What kind of result is asked for.
-// The compiler takes a scoped enumerator for one that hides the type Json of the same namespace.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wshadow"
 enum class OutputFormat
 {
     Text,
@@ -38,7 +35,6 @@ enum class OutputFormat
     Pdf,
     Image
 };
-#pragma GCC diagnostic pop
 
 // Where a result goes inside the program.
 enum class OutputDestination
