@@ -25,7 +25,7 @@ public:
     QCoro::Task<void> saveAPIKey(Secret, AIProvider, std::stop_token) override { co_return; }
     QCoro::Task<void> deleteAPIKey(AIProvider, std::stop_token) override { co_return; }
     QList<AIProvider> providersWithStoredKey(std::chrono::milliseconds) override { return {}; }
-    void saveWithoutPrompting(const Secret &, AIProvider, std::chrono::milliseconds) override { }
+    void saveWithoutPrompting(const Secret &, AIProvider, std::chrono::milliseconds) override {}
 };
 
 AppServices servicesOver(std::shared_ptr<const LocalStore> store)
@@ -60,7 +60,7 @@ void startOfTheStateObject(benchmark::State &state)
 {
     const QTemporaryDir folder;
     const SystemClock clock;
-    const QStringList files { folder.filePath(QStringLiteral("store.sqlite")) };
+    const QStringList files{folder.filePath(QStringLiteral("store.sqlite"))};
     LocalStore(std::make_shared<SqliteDefaultsDomain>(files, clock), &builtInActions)
         .saveActions(libraryOf(static_cast<int>(state.range(0))));
     for (auto _ : state) {

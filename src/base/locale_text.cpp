@@ -109,19 +109,20 @@ QString iso8601(Instant instant)
 
 namespace {
 
-struct CalendarUnit {
+struct CalendarUnit
+{
     UCalendarDateFields field;
     URelativeDateTimeUnit unit;
 };
 
-constexpr CalendarUnit kUnits[] {
-    { UCAL_YEAR, UDAT_REL_UNIT_YEAR },
-    { UCAL_MONTH, UDAT_REL_UNIT_MONTH },
-    { UCAL_WEEK_OF_YEAR, UDAT_REL_UNIT_WEEK },
-    { UCAL_DAY_OF_MONTH, UDAT_REL_UNIT_DAY },
-    { UCAL_HOUR_OF_DAY, UDAT_REL_UNIT_HOUR },
-    { UCAL_MINUTE, UDAT_REL_UNIT_MINUTE },
-    { UCAL_SECOND, UDAT_REL_UNIT_SECOND },
+constexpr CalendarUnit kUnits[]{
+    {UCAL_YEAR, UDAT_REL_UNIT_YEAR},
+    {UCAL_MONTH, UDAT_REL_UNIT_MONTH},
+    {UCAL_WEEK_OF_YEAR, UDAT_REL_UNIT_WEEK},
+    {UCAL_DAY_OF_MONTH, UDAT_REL_UNIT_DAY},
+    {UCAL_HOUR_OF_DAY, UDAT_REL_UNIT_HOUR},
+    {UCAL_MINUTE, UDAT_REL_UNIT_MINUTE},
+    {UCAL_SECOND, UDAT_REL_UNIT_SECOND},
 };
 
 UDate toICU(Instant instant)
@@ -130,7 +131,8 @@ UDate toICU(Instant instant)
     return static_cast<UDate>(whole.time_since_epoch().count());
 }
 
-struct Distance {
+struct Distance
+{
     int32_t count = 0;
     URelativeDateTimeUnit unit = UDAT_REL_UNIT_SECOND;
 };
@@ -147,7 +149,7 @@ Distance calendarDistance(Instant then, Instant now, const icu::Locale &locale)
             break;
         }
         calendar->setTime(toICU(now), status);
-        distance = { calendar->fieldDifference(toICU(then), unit.field, status), unit.unit };
+        distance = {calendar->fieldDifference(toICU(then), unit.field, status), unit.unit};
         if (distance.count != 0) {
             break;
         }

@@ -26,14 +26,10 @@ Secret Secret::fromText(QStringView text)
     return secret;
 }
 
-Secret::Secret(const Secret &other)
-    : Secret(other.bytes())
-{
-}
+Secret::Secret(const Secret &other) : Secret(other.bytes()) {}
 
 Secret::Secret(Secret &&other) noexcept
-    : m_bytes(std::move(other.m_bytes))
-    , m_size(std::exchange(other.m_size, 0))
+    : m_bytes(std::move(other.m_bytes)), m_size(std::exchange(other.m_size, 0))
 {
 }
 

@@ -12,8 +12,7 @@ void postToMainThread(std::function<void()> task)
     }
 }
 
-SerialWorker::SerialWorker()
-    : m_pool(std::make_unique<QThreadPool>())
+SerialWorker::SerialWorker() : m_pool(std::make_unique<QThreadPool>())
 {
     m_pool->setMaxThreadCount(1);
 }

@@ -49,7 +49,8 @@ private:
 
 namespace detail {
 
-template <typename Result> struct Offloaded {
+template <typename Result> struct Offloaded
+{
     Wakeup wakeup;
     std::optional<Result> result;
     std::exception_ptr failure;
@@ -60,9 +61,8 @@ QCoro::Task<Result> outcomeOf(std::shared_ptr<Offloaded<Result>> offloaded, std:
 {
     throwIfStopped(stop);
     {
-        const std::stop_callback breakOff(stop, [offloaded] {
-            postToMainThread([offloaded] { offloaded->wakeup.fire(); });
-        });
+        const std::stop_callback breakOff(
+            stop, [offloaded] { postToMainThread([offloaded] { offloaded->wakeup.fire(); }); });
         co_await offloaded->wakeup;
     }
     throwIfStopped(stop);

@@ -38,8 +38,8 @@ std::optional<QString> credentialAccount(AIProvider provider)
 
 const QList<AIProvider> &cloudProviders()
 {
-    static const QList<AIProvider> kProviders { AIProvider::OpenAI, AIProvider::Gemini,
-        AIProvider::Anthropic };
+    static const QList<AIProvider> kProviders{
+        AIProvider::OpenAI, AIProvider::Gemini, AIProvider::Anthropic};
     return kProviders;
 }
 

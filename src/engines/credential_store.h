@@ -42,17 +42,15 @@ public:
     // The stored key, trimmed; none where there is none, and where the store fails in any way.
     // Reading a locked key lets the desktop ask the user.
     [[nodiscard]] virtual QCoro::Task<std::optional<Secret>> apiKey(
-        AIProvider provider, std::stop_token stop)
-        = 0;
+        AIProvider provider, std::stop_token stop) = 0;
 
     // Stores the key trimmed, in the place of an older one. Errors: CredentialStoreError.
     [[nodiscard]] virtual QCoro::Task<void> saveAPIKey(
-        Secret key, AIProvider provider, std::stop_token stop)
-        = 0;
+        Secret key, AIProvider provider, std::stop_token stop) = 0;
 
     // Removes the key; one that is not there is no failure. Errors: CredentialStoreError.
-    [[nodiscard]] virtual QCoro::Task<void> deleteAPIKey(AIProvider provider, std::stop_token stop)
-        = 0;
+    [[nodiscard]] virtual QCoro::Task<void> deleteAPIKey(
+        AIProvider provider, std::stop_token stop) = 0;
 
     // For the start of the program: both block for `bound` at most and never let the desktop ask
     // the user.
@@ -60,13 +58,11 @@ public:
     // Of the engines that need a key, those whose key is stored, locked or not. A store that has
     // not answered by the bound has none.
     [[nodiscard]] virtual QList<AIProvider> providersWithStoredKey(
-        std::chrono::milliseconds bound)
-        = 0;
+        std::chrono::milliseconds bound) = 0;
 
     // saveAPIKey() as far as it goes without a question. Errors: CredentialStoreError.
     virtual void saveWithoutPrompting(
-        const Secret &key, AIProvider provider, std::chrono::milliseconds bound)
-        = 0;
+        const Secret &key, AIProvider provider, std::chrono::milliseconds bound) = 0;
 };
 
 // The engines that need a key, in the order in which they are listed.

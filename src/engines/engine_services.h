@@ -19,14 +19,16 @@
 
 namespace velarc {
 
-struct CloudTextRequest {
+struct CloudTextRequest
+{
     QString prompt;
     QString model; // blank: the client's default
     Secret apiKey;
     QList<InputAttachment> attachments;
 };
 
-struct CloudImageRequest {
+struct CloudImageRequest
+{
     QString prompt;
     QString model;
     Secret apiKey;
@@ -37,11 +39,9 @@ class OpenAIServing
 public:
     virtual ~OpenAIServing() = default;
     [[nodiscard]] virtual QCoro::Task<GenerationResult> generateText(
-        CloudTextRequest request, int maxOutputTokens, std::stop_token stop)
-        = 0;
+        CloudTextRequest request, int maxOutputTokens, std::stop_token stop) = 0;
     [[nodiscard]] virtual QCoro::Task<GenerationResult> generateImage(
-        CloudImageRequest request, std::stop_token stop)
-        = 0;
+        CloudImageRequest request, std::stop_token stop) = 0;
 };
 
 class GeminiServing
@@ -49,8 +49,7 @@ class GeminiServing
 public:
     virtual ~GeminiServing() = default;
     [[nodiscard]] virtual QCoro::Task<GenerationResult> generateText(
-        CloudTextRequest request, OutputFormat outputFormat, std::stop_token stop)
-        = 0;
+        CloudTextRequest request, OutputFormat outputFormat, std::stop_token stop) = 0;
 };
 
 class AnthropicServing
@@ -58,11 +57,11 @@ class AnthropicServing
 public:
     virtual ~AnthropicServing() = default;
     [[nodiscard]] virtual QCoro::Task<GenerationResult> generateText(
-        CloudTextRequest request, int maxTokens, std::stop_token stop)
-        = 0;
+        CloudTextRequest request, int maxTokens, std::stop_token stop) = 0;
 };
 
-struct OnDeviceTextRequest {
+struct OnDeviceTextRequest
+{
     QString prompt;
     QString instructions; // blank: none
     QString useCase; // "contentTagging", or anything else for the general one
@@ -74,8 +73,7 @@ public:
     virtual ~AppleIntelligenceServing() = default;
     // The trimmed text, never empty.
     [[nodiscard]] virtual QCoro::Task<QString> generateText(
-        OnDeviceTextRequest request, std::stop_token stop)
-        = 0;
+        OnDeviceTextRequest request, std::stop_token stop) = 0;
 };
 
 class AppleImageServing
@@ -84,8 +82,7 @@ public:
     virtual ~AppleImageServing() = default;
     // PNG bytes.
     [[nodiscard]] virtual QCoro::Task<QByteArray> generateImage(
-        QString prompt, std::stop_token stop)
-        = 0;
+        QString prompt, std::stop_token stop) = 0;
 };
 
 } // namespace velarc

@@ -11,7 +11,8 @@
 
 namespace velarc {
 
-enum class OnDeviceAvailability {
+enum class OnDeviceAvailability
+{
     Available,
     DeviceNotEligible,
     NotEnabled,
@@ -19,9 +20,14 @@ enum class OnDeviceAvailability {
     Unknown,
 };
 
-enum class OnDeviceUseCase { General, ContentTagging };
+enum class OnDeviceUseCase
+{
+    General,
+    ContentTagging
+};
 
-struct OnDevicePrompt {
+struct OnDevicePrompt
+{
     OnDeviceUseCase useCase = OnDeviceUseCase::General;
     std::optional<QString> instructions;
     QString prompt;
@@ -38,8 +44,8 @@ public:
     [[nodiscard]] virtual OnDeviceAvailability availability(OnDeviceUseCase useCase) const = 0;
 
     // Stop: as every engine. Errors: the model's own.
-    [[nodiscard]] virtual QCoro::Task<QString> respond(OnDevicePrompt prompt, std::stop_token stop)
-        = 0;
+    [[nodiscard]] virtual QCoro::Task<QString> respond(
+        OnDevicePrompt prompt, std::stop_token stop) = 0;
 };
 
 // The model of a desktop that has none: never eligible, and a request fails.

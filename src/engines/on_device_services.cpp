@@ -14,22 +14,23 @@ namespace {
 constexpr double kTemperature = 0.2;
 constexpr int kMaximumResponseTokens = 2048;
 
-struct AvailabilityRow {
+struct AvailabilityRow
+{
     OnDeviceAvailability availability;
     const char16_t *status;
     const char16_t *error;
 };
 
-constexpr std::array kAvailabilityTexts {
-    AvailabilityRow { OnDeviceAvailability::Available, u"Ready on this Mac", u"Ready on this Mac" },
-    AvailabilityRow { OnDeviceAvailability::DeviceNotEligible, u"Device is not eligible",
-        u"Device is not eligible" },
-    AvailabilityRow { OnDeviceAvailability::NotEnabled,
+constexpr std::array kAvailabilityTexts{
+    AvailabilityRow{OnDeviceAvailability::Available, u"Ready on this Mac", u"Ready on this Mac"},
+    AvailabilityRow{OnDeviceAvailability::DeviceNotEligible, u"Device is not eligible",
+        u"Device is not eligible"},
+    AvailabilityRow{OnDeviceAvailability::NotEnabled,
         u"Enable Apple Intelligence in system settings",
-        u"Apple Intelligence is turned off in system settings" },
-    AvailabilityRow { OnDeviceAvailability::ModelNotReady, u"Model assets are still preparing",
-        u"Model assets are not ready yet" },
-    AvailabilityRow { OnDeviceAvailability::Unknown, u"Unknown reason", u"Unknown reason" },
+        u"Apple Intelligence is turned off in system settings"},
+    AvailabilityRow{OnDeviceAvailability::ModelNotReady, u"Model assets are still preparing",
+        u"Model assets are not ready yet"},
+    AvailabilityRow{OnDeviceAvailability::Unknown, u"Unknown reason", u"Unknown reason"},
 };
 
 constexpr bool standsInEnumOrder()
@@ -52,7 +53,7 @@ OnDevicePrompt promptFor(const OnDeviceTextRequest &request)
 {
     OnDevicePrompt prompt;
     prompt.useCase = request.useCase == u"contentTagging"_s ? OnDeviceUseCase::ContentTagging
-                                                           : OnDeviceUseCase::General;
+                                                            : OnDeviceUseCase::General;
     if (!isBlank(request.instructions)) {
         prompt.instructions = trimmed(request.instructions).toString();
     }

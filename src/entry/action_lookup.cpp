@@ -33,10 +33,10 @@ ActionLookup lookUpAction(const QList<VelarcActionEntity> &offered, const QStrin
             offered, [&](const QString &title) { return foldedToLower(title) == folded; });
     }
     if (found.isEmpty()) {
-        return NoSuchAction {};
+        return NoSuchAction{};
     }
     if (found.size() > 1) {
-        return AmbiguousAction { found };
+        return AmbiguousAction{found};
     }
     return found.first().id;
 }

@@ -8,10 +8,13 @@
 
 namespace velarc {
 
-struct NoSuchAction { };
+struct NoSuchAction
+{
+};
 
 // The typed title fits several actions, and none of them exactly.
-struct AmbiguousAction {
+struct AmbiguousAction
+{
     QList<VelarcActionEntity> candidates;
 };
 

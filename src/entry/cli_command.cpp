@@ -14,7 +14,7 @@ const QString kVersion = u"version"_s;
 
 UsageError surplus(const QString &argument)
 {
-    return { u"Surplus argument: \""_s + argument + u"\"."_s };
+    return {u"Surplus argument: \""_s + argument + u"\"."_s};
 }
 
 CliCommand listCommand(const QStringList &operands, ListingForm form)
@@ -22,22 +22,22 @@ CliCommand listCommand(const QStringList &operands, ListingForm form)
     if (!operands.isEmpty()) {
         return surplus(operands.first());
     }
-    return ListCommand { form };
+    return ListCommand{form};
 }
 
 CliCommand runCommand(const QStringList &operands, bool wantsJson)
 {
     if (wantsJson) {
-        return UsageError { u"--json goes with \"actions\"."_s };
+        return UsageError{u"--json goes with \"actions\"."_s};
     }
     if (operands.isEmpty()) {
-        return UsageError { u"Name an action: velarc-cli run ACTION [TEXT]."_s };
+        return UsageError{u"Name an action: velarc-cli run ACTION [TEXT]."_s};
     }
     if (operands.size() > 2) {
-        return UsageError { u"Surplus text: \""_s + operands.at(2)
-            + u"\". Put a text of several words into quotes."_s };
+        return UsageError{u"Surplus text: \""_s + operands.at(2)
+            + u"\". Put a text of several words into quotes."_s};
     }
-    RunCommand command { operands.first(), std::nullopt };
+    RunCommand command{operands.first(), std::nullopt};
     if (operands.size() == 2 && operands.at(1) != u"-"_s) {
         command.text = operands.at(1);
     }
@@ -49,21 +49,21 @@ CliCommand runCommand(const QStringList &operands, bool wantsJson)
 CliCommand parseCliCommand(const QStringList &arguments)
 {
     QCommandLineParser parser;
-    parser.addOption({ kJson, QString() });
-    parser.addOption({ { u"h"_s, kHelp }, QString() });
-    parser.addOption({ kVersion, QString() });
-    if (!parser.parse(QStringList { u"velarc-cli"_s } + arguments)) {
-        return UsageError { parser.errorText() };
+    parser.addOption({kJson, QString()});
+    parser.addOption({{u"h"_s, kHelp}, QString()});
+    parser.addOption({kVersion, QString()});
+    if (!parser.parse(QStringList{u"velarc-cli"_s} + arguments)) {
+        return UsageError{parser.errorText()};
     }
     if (parser.isSet(kHelp)) {
-        return HelpCommand {};
+        return HelpCommand{};
     }
     if (parser.isSet(kVersion)) {
-        return VersionCommand {};
+        return VersionCommand{};
     }
     QStringList operands = parser.positionalArguments();
     if (operands.isEmpty()) {
-        return UsageError { u"Say what to do: \"actions\" or \"run\"."_s };
+        return UsageError{u"Say what to do: \"actions\" or \"run\"."_s};
     }
     const QString verb = operands.takeFirst();
     const bool wantsJson = parser.isSet(kJson);
@@ -73,7 +73,7 @@ CliCommand parseCliCommand(const QStringList &arguments)
     if (verb == u"run"_s) {
         return runCommand(operands, wantsJson);
     }
-    return UsageError { u"Unknown command: \""_s + verb + u"\"."_s };
+    return UsageError{u"Unknown command: \""_s + verb + u"\"."_s};
 }
 
 QString cliHelp()

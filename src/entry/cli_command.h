@@ -10,22 +10,33 @@
 
 namespace velarc {
 
-enum class ListingForm { Lines, Json };
+enum class ListingForm
+{
+    Lines,
+    Json
+};
 
-struct ListCommand {
+struct ListCommand
+{
     ListingForm form = ListingForm::Lines;
 };
 
-struct RunCommand {
+struct RunCommand
+{
     QString action; // a UUID or a title
     std::optional<QString> text; // none: standard input
 };
 
-struct HelpCommand { };
-struct VersionCommand { };
+struct HelpCommand
+{
+};
+struct VersionCommand
+{
+};
 
 // The arguments make no sense; `message` says in one sentence why.
-struct UsageError {
+struct UsageError
+{
     QString message;
 };
 

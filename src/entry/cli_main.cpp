@@ -38,8 +38,8 @@ CliSurroundings surroundingsOf(const std::shared_ptr<TaskScope> &scope)
 QCoro::Task<void> performAndExit(CliSurroundings surroundings)
 {
     CliCommand command = parseCliCommand(QCoreApplication::arguments().mid(1));
-    const CliExit exit
-        = co_await performCliCommand(std::move(command), std::move(surroundings), {});
+    const CliExit exit =
+        co_await performCliCommand(std::move(command), std::move(surroundings), {});
     QCoreApplication::exit(static_cast<int>(exit));
 }
 

@@ -56,8 +56,8 @@ QString listing(const QList<VelarcActionEntity> &entities, ListingForm form)
     if (form == ListingForm::Json) {
         Json array = Json::array();
         for (const VelarcActionEntity &entity : entities) {
-            array.push_back({ { "id", jsonFromText(uuidText(entity.id)) },
-                { "title", jsonFromText(entity.title) } });
+            array.push_back(
+                {{"id", jsonFromText(uuidText(entity.id))}, {"title", jsonFromText(entity.title)}});
         }
         return QString::fromUtf8(writeJson(array));
     }
@@ -117,8 +117,8 @@ QCoro::Task<CliExit> runAction(
 
 QCoro::Task<CliExit> run(RunCommand command, CliSurroundings surroundings, std::stop_token stop)
 {
-    const ActionLookup lookup
-        = lookUpAction(suggestedEntities(*surroundings.openStore()), command.action);
+    const ActionLookup lookup =
+        lookUpAction(suggestedEntities(*surroundings.openStore()), command.action);
     if (std::holds_alternative<NoSuchAction>(lookup)) {
         co_return complain(surroundings,
             u"No action is called \""_s + command.action
@@ -131,8 +131,7 @@ QCoro::Task<CliExit> run(RunCommand command, CliSurroundings surroundings, std::
     auto input = inputOf(command, surroundings);
     if (!input) {
         co_return complain(surroundings,
-            u"There is no input. Give a text behind the action, or pipe one in."_s,
-            CliExit::Usage);
+            u"There is no input. Give a text behind the action, or pipe one in."_s, CliExit::Usage);
     }
     co_return co_await runAction(
         std::get<QUuid>(lookup), *std::move(input), std::move(surroundings), std::move(stop));
@@ -156,8 +155,7 @@ QCoro::Task<CliExit> performCliCommand(
         co_return answer(surroundings, u"velarc-cli "_s + surroundings.version, CliExit::Done);
     }
     const QString message = std::get<UsageError>(command).message;
-    co_return complain(
-        surroundings, message + u"\nTry \"velarc-cli --help\"."_s, CliExit::Usage);
+    co_return complain(surroundings, message + u"\nTry \"velarc-cli --help\"."_s, CliExit::Usage);
 }
 
 } // namespace velarc

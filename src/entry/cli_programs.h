@@ -15,7 +15,8 @@
 
 namespace velarc {
 
-enum class CliExit {
+enum class CliExit
+{
     Done = 0,
     RunFailed = 1,
     Usage = 2, // also: no action of that title
@@ -23,7 +24,8 @@ enum class CliExit {
 };
 
 // The process around the program.
-struct CliSurroundings {
+struct CliSurroundings
+{
     std::function<std::shared_ptr<const LocalStore>()> openStore;
     MakeViewModel makeViewModel;
     std::function<bool()> standardInputIsTerminal;

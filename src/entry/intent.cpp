@@ -16,7 +16,7 @@ namespace {
 
 IntentOutcome refused(QString dialog)
 {
-    return { IntentOutcome::Kind::Refused, std::move(dialog), std::nullopt };
+    return {IntentOutcome::Kind::Refused, std::move(dialog), std::nullopt};
 }
 
 bool needsComposeWindow(const AIAction &action)
@@ -46,7 +46,7 @@ QList<VelarcActionEntity> suggestedEntities(const LocalStore &store)
 {
     QList<VelarcActionEntity> entities;
     for (const AIAction &action : loadOfferedActions(store)) {
-        entities.append({ action.id, action.name });
+        entities.append({action.id, action.name});
     }
     return entities;
 }
@@ -90,7 +90,7 @@ QCoro::Task<IntentOutcome> performIntent(
     }
     ResultPayload payload = co_await viewModel->runForShortcut(*found, text, stop);
     QString dialog = dialogFor(payload);
-    co_return IntentOutcome { IntentOutcome::Kind::Done, std::move(dialog), std::move(payload) };
+    co_return IntentOutcome{IntentOutcome::Kind::Done, std::move(dialog), std::move(payload)};
 }
 
 } // namespace velarc

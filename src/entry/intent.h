@@ -13,7 +13,8 @@
 namespace velarc {
 
 // An action as others name it.
-struct VelarcActionEntity {
+struct VelarcActionEntity
+{
     QUuid id;
     QString title;
 
@@ -31,8 +32,13 @@ struct VelarcActionEntity {
 [[nodiscard]] QList<VelarcActionEntity> entitiesFor(
     const LocalStore &store, const QList<QUuid> &identifiers);
 
-struct IntentOutcome {
-    enum class Kind { Done, Refused };
+struct IntentOutcome
+{
+    enum class Kind
+    {
+        Done,
+        Refused
+    };
 
     Kind kind = Kind::Done;
     QString dialog; // what is answered

@@ -22,8 +22,8 @@ AppServices makeServices(std::shared_ptr<const LocalStore> store)
     services.scope = std::make_shared<TaskScope>();
     services.store = std::move(store);
     services.onDeviceModel = absentOnDeviceModel();
-    services.appleIntelligenceService
-        = std::make_shared<AppleIntelligenceService>(services.onDeviceModel);
+    services.appleIntelligenceService =
+        std::make_shared<AppleIntelligenceService>(services.onDeviceModel);
     services.appleImageService = std::make_shared<AppleImageService>();
     services.clipboard = std::make_shared<EmptyClipboard>();
     services.delivering = std::make_shared<ShowOnlyDelivery>();

@@ -21,8 +21,7 @@ QString label(InputAttachmentKind kind)
     Q_UNREACHABLE();
 }
 
-QString textWithAttachmentSummary(
-    const QString &text, const QList<InputAttachment> &attachments)
+QString textWithAttachmentSummary(const QString &text, const QList<InputAttachment> &attachments)
 {
     QStringList documents;
     for (const InputAttachment &attachment : attachments) {
@@ -32,8 +31,8 @@ QString textWithAttachmentSummary(
                 + trimmed(extracted).toString());
         }
     }
-    const auto pictures = std::count_if(attachments.begin(), attachments.end(),
-        [](const InputAttachment &attachment) {
+    const auto pictures = std::count_if(
+        attachments.begin(), attachments.end(), [](const InputAttachment &attachment) {
             return attachment.kind != InputAttachmentKind::Pdf;
         });
     QString summary = text;

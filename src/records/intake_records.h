@@ -9,7 +9,8 @@
 namespace velarc {
 
 // What stands on the clipboard. All of it may be present at once.
-struct ClipboardPayload {
+struct ClipboardPayload
+{
     QString text;
     std::optional<QByteArray> imagePNGData;
     std::optional<QByteArray> pdfData;
@@ -20,7 +21,8 @@ struct ClipboardPayload {
 };
 
 // The good attachments, and a sentence for each thing that could not be taken.
-struct AttachmentIntake {
+struct AttachmentIntake
+{
     QList<InputAttachment> attachments;
     QStringList notices;
 

@@ -11,8 +11,7 @@ namespace velarc {
 using namespace Qt::StringLiterals;
 
 ActionLibrary::ActionLibrary(AppState &state, std::shared_ptr<const LocalStore> store)
-    : m_state(state)
-    , m_store(std::move(store))
+    : m_state(state), m_store(std::move(store))
 {
 }
 
@@ -187,7 +186,8 @@ QString engineAndModel(const AIAction &action, const Generating &generating)
     const QString model = generating.resolvedModel(action, provider).value_or(QString());
     const bool hasModels = provider == AIProvider::OpenAI || provider == AIProvider::Gemini
         || provider == AIProvider::Anthropic;
-    return hasModels && !model.isEmpty() ? label(provider) + u" \u2022 "_s + model : label(provider);
+    return hasModels && !model.isEmpty() ? label(provider) + u" \u2022 "_s + model
+                                         : label(provider);
 }
 
 } // namespace

@@ -20,10 +20,16 @@
 
 namespace velarc {
 
-enum class AppScreen { Home, Actions, Settings };
+enum class AppScreen
+{
+    Home,
+    Actions,
+    Settings
+};
 
 // The transient message over the canvas. Both fields are set when it is made.
-struct ClipboardToast {
+struct ClipboardToast
+{
     QUuid id;
     QString message;
 
@@ -31,14 +37,14 @@ struct ClipboardToast {
 };
 
 // Whether the on-device model can be used, in the words of the settings screen.
-struct AppleIntelligenceStatusSnapshot {
+struct AppleIntelligenceStatusSnapshot
+{
     bool isAvailable = false;
     QString title;
     QString details;
 
     friend bool operator==(
-        const AppleIntelligenceStatusSnapshot &, const AppleIntelligenceStatusSnapshot &)
-        = default;
+        const AppleIntelligenceStatusSnapshot &, const AppleIntelligenceStatusSnapshot &) = default;
 };
 
 class AppState : public QObject

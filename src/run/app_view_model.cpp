@@ -58,7 +58,7 @@ AppViewModel::AppViewModel(AppServices services, QObject *parent)
     seams.usage = m_usage;
     seams.scope = m_services.scope;
     m_pipeline = std::make_unique<RunPipeline>(*this, std::move(seams));
-    startUp({ *this, *m_services.store, *m_services.clock, *m_connections, *m_usage });
+    startUp({*this, *m_services.store, *m_services.clock, *m_connections, *m_usage});
 }
 
 AppViewModel::~AppViewModel() = default;

@@ -18,7 +18,8 @@
 namespace velarc {
 
 // Everything that the state object stands on. It is handed over for the object's whole life.
-struct AppServices {
+struct AppServices
+{
     std::shared_ptr<Clock> clock;
     std::shared_ptr<TaskScope> scope;
     std::shared_ptr<const LocalStore> store;

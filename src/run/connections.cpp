@@ -14,7 +14,8 @@ namespace velarc {
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-struct Connections::Members {
+struct Connections::Members
+{
     QPointer<AppState> state;
     ConnectionServices services;
 };
@@ -60,8 +61,7 @@ class ConnectionChange
 {
 public:
     ConnectionChange(MembersHandle members, std::stop_token stop)
-        : m_members(std::move(members))
-        , m_stop(std::move(stop))
+        : m_members(std::move(members)), m_stop(std::move(stop))
     {
     }
 
@@ -92,7 +92,10 @@ public:
         services().store->saveProviderConnections(connections);
     }
 
-    void saveSettings() const { services().store->saveProviderSettings(state().providerSettings()); }
+    void saveSettings() const
+    {
+        services().store->saveProviderSettings(state().providerSettings());
+    }
 
 private:
     MembersHandle m_members;
@@ -122,7 +125,7 @@ QCoro::Task<void> verify(ChangeHandle change, AIProvider provider, CloudTextRequ
 QCoro::Task<void> verifyAndStore(
     ChangeHandle change, AIProvider provider, Secret key, QString modelID)
 {
-    CloudTextRequest request { u"Reply with OK."_s, std::move(modelID), key, {} };
+    CloudTextRequest request{u"Reply with OK."_s, std::move(modelID), key, {}};
     co_await verify(change, provider, std::move(request));
     co_await change->services().credentialStore->saveAPIKey(
         std::move(key), provider, change->stop());
@@ -134,7 +137,7 @@ void markConnected(const ConnectionChange &change, const ConnectRequest &request
     AppState &state = change.state();
     state.setProviderSettings(
         setDefaultModelID(state.providerSettings(), request.provider, request.modelID));
-    change.setInfo(request.provider, { true, change.services().clock->now() });
+    change.setInfo(request.provider, {true, change.services().clock->now()});
     if (request.use == ConnectFor::Everything) {
         ProviderSettings settings = state.providerSettings();
         settings.defaultProvider = request.provider;
@@ -269,18 +272,17 @@ void Connections::saveProviderSettings()
     refreshAppleIntelligenceStatus();
     const AIProvider standard = state.providerSettings().defaultProvider;
     if (needsKey(standard) && !isProviderConnected(standard)) {
-        state.setStatusNote(
-            label(standard) + u" is selected as default, but not connected yet."_s);
+        state.setStatusNote(label(standard) + u" is selected as default, but not connected yet."_s);
     }
 }
 
 void Connections::refreshAppleIntelligenceStatus()
 {
-    const OnDeviceAvailability availability
-        = m_members->services.onDeviceModel->availability(OnDeviceUseCase::General);
+    const OnDeviceAvailability availability =
+        m_members->services.onDeviceModel->availability(OnDeviceUseCase::General);
     const bool isAvailable = availability == OnDeviceAvailability::Available;
-    m_members->state->setAppleIntelligenceStatus({ isAvailable,
-        isAvailable ? u"Available"_s : u"Unavailable"_s, availabilityStatusText(availability) });
+    m_members->state->setAppleIntelligenceStatus({isAvailable,
+        isAvailable ? u"Available"_s : u"Unavailable"_s, availabilityStatusText(availability)});
 }
 
 void Connections::migrateLegacyOpenAIKey()
@@ -297,7 +299,7 @@ void Connections::migrateLegacyOpenAIKey()
         try {
             m_members->services.credentialStore->saveWithoutPrompting(
                 key, AIProvider::OpenAI, kMigrationBound);
-            change.setInfo(AIProvider::OpenAI, { true, m_members->services.clock->now() });
+            change.setInfo(AIProvider::OpenAI, {true, m_members->services.clock->now()});
         } catch (const CredentialStoreError &) {
             state.setStatusNote(u"Could not migrate existing OpenAI key to Keychain."_s);
         }
@@ -307,16 +309,15 @@ void Connections::migrateLegacyOpenAIKey()
 
 void Connections::reconcileConnections()
 {
-    const QList<AIProvider> stored
-        = m_members->services.credentialStore->providersWithStoredKey(
-            kStartUpBound - kMigrationBound);
+    const QList<AIProvider> stored = m_members->services.credentialStore->providersWithStoredKey(
+        kStartUpBound - kMigrationBound);
     ProviderConnectionState connections = m_members->state->providerConnections();
     for (const AIProvider provider : cloudProviders()) {
         ProviderConnectionInfo &info = *infoOf(connections, provider);
         if (!stored.contains(provider)) {
             info = {};
         } else if (!info.isConnected) {
-            info = { true, std::nullopt };
+            info = {true, std::nullopt};
         }
     }
     if (connections != m_members->state->providerConnections()) {

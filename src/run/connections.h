@@ -18,7 +18,8 @@ namespace velarc {
 class ActionLibrary;
 class AppState;
 
-struct ConnectionServices {
+struct ConnectionServices
+{
     std::shared_ptr<Clock> clock;
     std::shared_ptr<const LocalStore> store;
     std::shared_ptr<CredentialStore> credentialStore;
@@ -29,12 +30,14 @@ struct ConnectionServices {
     std::shared_ptr<ActionLibrary> library;
 };
 
-enum class ConnectFor {
+enum class ConnectFor
+{
     ThisProviderOnly,
     Everything, // the engine becomes the default, and every action follows the default
 };
 
-struct ConnectRequest {
+struct ConnectRequest
+{
     AIProvider provider = AIProvider::OpenAI;
     Secret apiKey;
     QString modelID; // blank: the engine's own default

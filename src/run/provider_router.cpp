@@ -15,7 +15,8 @@ namespace velarc {
 
 using namespace Qt::StringLiterals;
 
-struct ProviderRouter::Members {
+struct ProviderRouter::Members
+{
     QPointer<AppState> state;
     EngineServices services;
 };
@@ -25,7 +26,8 @@ namespace {
 constexpr int kMaximumOutputTokens = 2048;
 
 // What every road of one request needs. The frames hold it, so that the router may go earlier.
-struct Road {
+struct Road
+{
     EngineServices services;
     ProviderSettings settings; // as they stood when the request was made
     std::shared_ptr<RunProgress> progress;
@@ -34,8 +36,7 @@ struct Road {
 
 using RoadHandle = std::shared_ptr<const Road>;
 
-QString modelOrDefault(
-    const Road &road, const std::optional<QString> &model, AIProvider provider)
+QString modelOrDefault(const Road &road, const std::optional<QString> &model, AIProvider provider)
 {
     return model.value_or(defaultModelID(road.settings, provider));
 }
@@ -63,10 +64,10 @@ QCoro::Task<Secret> requireAPIKey(RoadHandle road, AIProvider provider)
 GenerationDebugInfo onDeviceDebugInfo(const QString &prompt, const QString &output,
     const QString &engine, const QString &endpoint, qsizetype attachments, Instant now)
 {
-    return GenerationDebugInfo { u"Prompt:\n"_s + prompt, output,
-        { { u"Provider"_s, engine }, { u"Endpoint"_s, endpoint },
-            { u"Input attachments"_s, QString::number(attachments) },
-            { u"Timestamp"_s, iso8601(now) } } };
+    return GenerationDebugInfo{u"Prompt:\n"_s + prompt, output,
+        {{u"Provider"_s, engine}, {u"Endpoint"_s, endpoint},
+            {u"Input attachments"_s, QString::number(attachments)},
+            {u"Timestamp"_s, iso8601(now)}}};
 }
 
 QCoro::Task<GenerationResult> localResult(RoadHandle road, TextGeneration request)
@@ -80,32 +81,31 @@ QCoro::Task<GenerationResult> localResult(RoadHandle road, TextGeneration reques
     };
     const QString output = co_await road->services.localWorker->run(std::move(work), road->stop);
     GenerationResult result;
-    result.payload = TextPayload { output };
+    result.payload = TextPayload{output};
     result.provider = AIProvider::LocalFallback;
     result.modelID = modelID;
     result.debugInfo = onDeviceDebugInfo(prompt, output, label(AIProvider::LocalFallback),
         u"local-fallback://text"_s, attachments, road->services.clock->now());
-    result.debugInfo->infoRows.append({ u"Model"_s, modelID });
+    result.debugInfo->infoRows.append({u"Model"_s, modelID});
     co_return result;
 }
 
 QCoro::Task<GenerationResult> onDeviceText(RoadHandle road, TextGeneration request)
 {
     const QString useCase = road->settings.appleUseCase;
-    OnDeviceTextRequest onDevice { textWithAttachmentSummary(request.prompt, request.attachments),
-        request.action.systemPrompt, useCase };
+    OnDeviceTextRequest onDevice{textWithAttachmentSummary(request.prompt, request.attachments),
+        request.action.systemPrompt, useCase};
     const QString output = co_await road->services.appleIntelligenceService->generateText(
         std::move(onDevice), road->stop);
     GenerationResult result;
-    result.payload = TextPayload { output };
+    result.payload = TextPayload{output};
     result.provider = AIProvider::AppleIntelligence;
     result.modelID = useCase;
-    result.debugInfo
-        = onDeviceDebugInfo(request.prompt, output, label(AIProvider::AppleIntelligence),
-            u"apple-intelligence://generate"_s, request.attachments.size(),
-            road->services.clock->now());
+    result.debugInfo = onDeviceDebugInfo(request.prompt, output,
+        label(AIProvider::AppleIntelligence), u"apple-intelligence://generate"_s,
+        request.attachments.size(), road->services.clock->now());
     if (!isBlank(useCase)) {
-        result.debugInfo->infoRows.append({ u"Model"_s, useCase });
+        result.debugInfo->infoRows.append({u"Model"_s, useCase});
     }
     co_return result;
 }
@@ -113,8 +113,8 @@ QCoro::Task<GenerationResult> onDeviceText(RoadHandle road, TextGeneration reque
 QCoro::Task<GenerationResult> openAIText(
     RoadHandle road, TextGeneration request, QString model, Secret key)
 {
-    CloudTextRequest cloud { std::move(request.prompt), std::move(model), std::move(key),
-        std::move(request.attachments) };
+    CloudTextRequest cloud{std::move(request.prompt), std::move(model), std::move(key),
+        std::move(request.attachments)};
     co_return co_await road->services.openAIService->generateText(
         std::move(cloud), kMaximumOutputTokens, road->stop);
 }
@@ -132,8 +132,8 @@ QCoro::Task<GenerationResult> textWithoutOnDevice(RoadHandle road, TextGeneratio
     }
     road->progress->step(u"Apple unavailable, trying OpenAI"_s);
     QString model = defaultModelID(road->settings, AIProvider::OpenAI);
-    GenerationResult result = co_await openAIText(
-        road, std::move(request), std::move(model), *std::move(key));
+    GenerationResult result =
+        co_await openAIText(road, std::move(request), std::move(model), *std::move(key));
     road->progress->note(u"Apple Intelligence unavailable. OpenAI was used instead."_s);
     co_return result;
 }
@@ -170,9 +170,9 @@ QCoro::Task<GenerationResult> geminiTextRoad(RoadHandle road, TextGeneration req
 {
     Secret key = co_await requireAPIKey(road, AIProvider::Gemini);
     road->progress->step(u"Generating with Gemini"_s);
-    CloudTextRequest cloud { std::move(request.prompt),
+    CloudTextRequest cloud{std::move(request.prompt),
         modelOrDefault(*road, request.model, AIProvider::Gemini), std::move(key),
-        std::move(request.attachments) };
+        std::move(request.attachments)};
     co_return co_await road->services.geminiService->generateText(
         std::move(cloud), request.action.outputFormat, road->stop);
 }
@@ -181,9 +181,9 @@ QCoro::Task<GenerationResult> anthropicTextRoad(RoadHandle road, TextGeneration 
 {
     Secret key = co_await requireAPIKey(road, AIProvider::Anthropic);
     road->progress->step(u"Generating with Anthropic"_s);
-    CloudTextRequest cloud { std::move(request.prompt),
+    CloudTextRequest cloud{std::move(request.prompt),
         modelOrDefault(*road, request.model, AIProvider::Anthropic), std::move(key),
-        std::move(request.attachments) };
+        std::move(request.attachments)};
     co_return co_await road->services.anthropicService->generateText(
         std::move(cloud), kMaximumOutputTokens, road->stop);
 }
@@ -215,7 +215,7 @@ QCoro::Task<GenerationResult> textRoad(RoadHandle road, TextGeneration request)
 QCoro::Task<GenerationResult> openAIImage(
     RoadHandle road, QString prompt, QString model, Secret key)
 {
-    CloudImageRequest cloud { std::move(prompt), std::move(model), std::move(key) };
+    CloudImageRequest cloud{std::move(prompt), std::move(model), std::move(key)};
     co_return co_await road->services.openAIService->generateImage(std::move(cloud), road->stop);
 }
 
@@ -230,18 +230,18 @@ QCoro::Task<GenerationResult> openAIImageRoad(RoadHandle road, ImageGeneration r
 
 QCoro::Task<GenerationResult> onDeviceImage(RoadHandle road, QString prompt)
 {
-    const QByteArray png
-        = co_await road->services.appleImageService->generateImage(prompt, road->stop);
+    const QByteArray png =
+        co_await road->services.appleImageService->generateImage(prompt, road->stop);
     const QString modelID = u"apple-image-playground"_s;
     GenerationResult result;
-    result.payload = ImagePayload { png };
+    result.payload = ImagePayload{png};
     result.provider = AIProvider::AppleIntelligence;
     result.modelID = modelID;
-    result.debugInfo = GenerationDebugInfo { u"Prompt:\n"_s + prompt,
+    result.debugInfo = GenerationDebugInfo{u"Prompt:\n"_s + prompt,
         u"[Binary PNG image received: "_s + QString::number(png.size()) + u" bytes]"_s,
-        { { u"Provider"_s, label(AIProvider::AppleIntelligence) }, { u"Model"_s, modelID },
-            { u"Endpoint"_s, u"apple-image-playground://generate"_s },
-            { u"Timestamp"_s, iso8601(road->services.clock->now()) } } };
+        {{u"Provider"_s, label(AIProvider::AppleIntelligence)}, {u"Model"_s, modelID},
+            {u"Endpoint"_s, u"apple-image-playground://generate"_s},
+            {u"Timestamp"_s, iso8601(road->services.clock->now())}}};
     co_return result;
 }
 
@@ -255,8 +255,8 @@ QCoro::Task<GenerationResult> imageWithoutOnDevice(RoadHandle road, QString prom
     }
     road->progress->step(u"Apple unavailable, trying OpenAI image generation"_s);
     QString model = defaultModelID(road->settings, AIProvider::OpenAI);
-    GenerationResult result = co_await openAIImage(
-        road, std::move(prompt), std::move(model), *std::move(key));
+    GenerationResult result =
+        co_await openAIImage(road, std::move(prompt), std::move(model), *std::move(key));
     road->progress->note(u"Apple image generation unavailable. OpenAI was used instead."_s);
     co_return result;
 }
@@ -338,16 +338,16 @@ std::optional<QString> ProviderRouter::resolvedModel(
 QCoro::Task<GenerationResult> ProviderRouter::generateTextResult(
     TextGeneration request, std::shared_ptr<RunProgress> progress, std::stop_token stop)
 {
-    auto road = std::make_shared<const Road>(Road { m_members->services,
-        m_members->state->providerSettings(), std::move(progress), std::move(stop) });
+    auto road = std::make_shared<const Road>(Road{m_members->services,
+        m_members->state->providerSettings(), std::move(progress), std::move(stop)});
     return textRoad(std::move(road), std::move(request));
 }
 
 QCoro::Task<GenerationResult> ProviderRouter::generateImageResult(
     ImageGeneration request, std::shared_ptr<RunProgress> progress, std::stop_token stop)
 {
-    auto road = std::make_shared<const Road>(Road { m_members->services,
-        m_members->state->providerSettings(), std::move(progress), std::move(stop) });
+    auto road = std::make_shared<const Road>(Road{m_members->services,
+        m_members->state->providerSettings(), std::move(progress), std::move(stop)});
     return imageRoad(std::move(road), std::move(request));
 }
 

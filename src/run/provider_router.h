@@ -17,7 +17,8 @@ namespace velarc {
 class AppState;
 class SerialWorker;
 
-struct EngineServices {
+struct EngineServices
+{
     std::shared_ptr<Clock> clock;
     std::shared_ptr<CredentialStore> credentialStore;
     std::shared_ptr<OpenAIServing> openAIService;

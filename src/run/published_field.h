@@ -19,7 +19,10 @@
 
 #define VELARC_FIELD_MEMBERS(Type, name, Name)                                                     \
 public:                                                                                            \
-    [[nodiscard]] const Type &name() const { return m_##name; }                                    \
+    [[nodiscard]] const Type &name() const                                                         \
+    {                                                                                              \
+        return m_##name;                                                                           \
+    }                                                                                              \
     void set##Name(Type value)                                                                     \
     {                                                                                              \
         m_##name = std::move(value);                                                               \
@@ -28,4 +31,4 @@ public:                                                                         
     Q_SIGNAL void name##Changed();                                                                 \
                                                                                                    \
 private:                                                                                           \
-    Type m_##name {};
+    Type m_##name{};

@@ -24,7 +24,7 @@ void ActiveRun::ensureActive() const
 void ActiveRun::step(QString text)
 {
     ensureActive();
-    state().setEngineState(EngineProcessing { std::move(text) });
+    state().setEngineState(EngineProcessing{std::move(text)});
 }
 
 void ActiveRun::note(QString text)

@@ -2,15 +2,15 @@
 
 // What the pipeline and the frames of its runs share.
 
-#include "run/run_pipeline.h"
-
 #include "run/app_state.h"
+#include "run/run_pipeline.h"
 
 #include <QPointer>
 
 namespace velarc {
 
-struct RunCore {
+struct RunCore
+{
     QPointer<AppState> state; // null once the state object has gone
     RunSeams seams;
     std::optional<AIAction> activeAction;

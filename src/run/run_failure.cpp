@@ -17,7 +17,7 @@ void handleCancellation(ActiveRun &run)
     run.finish();
     AppState &state = run.state();
     state.setActiveProviderLabel(u"None"_s);
-    state.setEngineState(EngineReady {});
+    state.setEngineState(EngineReady{});
     state.setHomePhase(HomePhase::Input);
     if (isBlank(state.statusNote().value_or(QString()))) {
         state.setStatusNote(u"Canceled."_s);
@@ -27,8 +27,8 @@ void handleCancellation(ActiveRun &run)
 void showMissingConnection(AppState &state, AIProvider provider)
 {
     state.setSuggestedConnectionProvider(provider);
-    state.setEngineState(EngineError {
-        label(provider) + u" is not connected."_s, u"Add your API key to continue."_s });
+    state.setEngineState(
+        EngineError{label(provider) + u" is not connected."_s, u"Add your API key to continue."_s});
     state.setStatusNote(u"Connect "_s + label(provider) + u" to run this action."_s);
 }
 
@@ -40,8 +40,8 @@ void showFailedRequest(ActiveRun &run, const AIAction &action, const QString &de
         && !state.providerConnections().openAI.isConnected) {
         state.setSuggestedConnectionProvider(AIProvider::OpenAI);
     }
-    state.setEngineState(EngineError {
-        u"Request failed for provider "_s + label(provider) + u'.', description });
+    state.setEngineState(
+        EngineError{u"Request failed for provider "_s + label(provider) + u'.', description});
 }
 
 void showFailure(ActiveRun &run, const AIAction &action, const std::exception_ptr &error)
@@ -56,8 +56,8 @@ void showFailure(ActiveRun &run, const AIAction &action, const std::exception_pt
             showFailedRequest(run, action, failure.message());
             return;
         }
-        run.state().setEngineState(EngineError {
-            u"Destination failed: "_s + label(*kind) + u'.', failure.message() });
+        run.state().setEngineState(
+            EngineError{u"Destination failed: "_s + label(*kind) + u'.', failure.message()});
     } catch (const std::exception &failure) {
         showFailedRequest(run, action, errorDescription(failure));
     }

@@ -16,7 +16,7 @@ namespace {
 void showCanvas(AppState &state)
 {
     state.setActiveProviderLabel(u"None"_s);
-    state.setEngineState(EngineReady {});
+    state.setEngineState(EngineReady{});
     state.setHomePhase(HomePhase::Input);
 }
 
@@ -59,7 +59,7 @@ QCoro::Task<ResultPayload> runBorrowing(
 {
     const QString text = trimmed(input).toString();
     if (text.isEmpty()) {
-        co_return TextPayload {};
+        co_return TextPayload{};
     }
     std::stop_source source;
     const auto stopRun = [&source] { source.request_stop(); };
@@ -74,8 +74,7 @@ QCoro::Task<ResultPayload> runBorrowing(
 
 } // namespace
 
-RunPipeline::RunPipeline(AppState &state, RunSeams seams)
-    : m_core(std::make_shared<RunCore>())
+RunPipeline::RunPipeline(AppState &state, RunSeams seams) : m_core(std::make_shared<RunCore>())
 {
     m_core->state = &state;
     m_core->seams = std::move(seams);
@@ -95,7 +94,7 @@ void RunPipeline::runSelectedAction()
         m_core->state->setStatusNote(u"Create or select an action first."_s);
         return;
     }
-    startRun(*std::move(action), SmartInput {});
+    startRun(*std::move(action), SmartInput{});
 }
 
 void RunPipeline::startRun(AIAction action, InputStrategy strategy)

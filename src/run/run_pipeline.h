@@ -25,7 +25,8 @@ namespace velarc {
 class AppState;
 struct RunCore;
 
-struct RunSeams {
+struct RunSeams
+{
     std::shared_ptr<Clock> clock;
     std::shared_ptr<Generating> generating;
     std::shared_ptr<Delivering> delivering;

@@ -39,7 +39,8 @@ public:
     virtual void note(QString text) = 0;
 };
 
-struct TextGeneration {
+struct TextGeneration
+{
     AIAction action;
     AIProvider provider = AIProvider::LocalFallback; // never UseDefault
     std::optional<QString> model;
@@ -47,7 +48,8 @@ struct TextGeneration {
     QList<InputAttachment> attachments;
 };
 
-struct ImageGeneration {
+struct ImageGeneration
+{
     AIAction action;
     AIProvider provider = AIProvider::LocalFallback;
     std::optional<QString> model;
@@ -62,18 +64,16 @@ public:
 
     [[nodiscard]] virtual AIProvider resolvedProvider(const AIAction &action) const = 0;
     [[nodiscard]] virtual std::optional<QString> resolvedModel(
-        const AIAction &action, AIProvider provider) const
-        = 0;
+        const AIAction &action, AIProvider provider) const = 0;
 
     [[nodiscard]] virtual QCoro::Task<GenerationResult> generateTextResult(
-        TextGeneration request, std::shared_ptr<RunProgress> progress, std::stop_token stop)
-        = 0;
+        TextGeneration request, std::shared_ptr<RunProgress> progress, std::stop_token stop) = 0;
     [[nodiscard]] virtual QCoro::Task<GenerationResult> generateImageResult(
-        ImageGeneration request, std::shared_ptr<RunProgress> progress, std::stop_token stop)
-        = 0;
+        ImageGeneration request, std::shared_ptr<RunProgress> progress, std::stop_token stop) = 0;
 };
 
-struct Delivery {
+struct Delivery
+{
     ResultPayload payload;
     ActionDestination destination;
     QString userText;
@@ -86,13 +86,11 @@ public:
     virtual ~Delivering() = default;
 
     [[nodiscard]] virtual QCoro::Task<RoutedExecutionResult> routeResult(
-        Delivery delivery, std::shared_ptr<RunProgress> progress, std::stop_token stop)
-        = 0;
+        Delivery delivery, std::shared_ptr<RunProgress> progress, std::stop_token stop) = 0;
 
     // Writes `text` as a PDF under `title`. Errors: PDFExportServiceError.
     [[nodiscard]] virtual QCoro::Task<QUrl> exportPDF(
-        QString text, QString title, std::stop_token stop)
-        = 0;
+        QString text, QString title, std::stop_token stop) = 0;
 
     // Whether the payload is on the clipboard now.
     virtual bool copyToClipboard(const ResultPayload &payload) = 0;
@@ -111,8 +109,7 @@ public:
     [[nodiscard]] virtual QCoro::Task<QString> text(std::stop_token stop) = 0;
 
     [[nodiscard]] virtual QCoro::Task<AttachmentIntake> attachments(
-        ClipboardPayload payload, std::stop_token stop)
-        = 0;
+        ClipboardPayload payload, std::stop_token stop) = 0;
 };
 
 // The library as a run touches it.

@@ -42,8 +42,8 @@ QCoro::Task<std::optional<PreparedRunInput>> clipboardInput(RunHandle run)
     }
     PreparedRunInput input;
     input.userText = trimmed(payload.text).toString();
-    AttachmentIntake intake
-        = co_await run->seams().clipboard->attachments(std::move(payload), run->stop());
+    AttachmentIntake intake =
+        co_await run->seams().clipboard->attachments(std::move(payload), run->stop());
     run->ensureActive();
     if (const auto notices = intake.joinedNotices()) {
         run->state().setInputAttachmentNotice(notices);
@@ -57,7 +57,7 @@ QCoro::Task<std::optional<PreparedRunInput>> clipboardInput(RunHandle run)
 
 std::optional<PreparedRunInput> canvasInput(const AppState &state)
 {
-    PreparedRunInput input { trimmed(state.quickInput()).toString(), state.quickAttachments() };
+    PreparedRunInput input{trimmed(state.quickInput()).toString(), state.quickAttachments()};
     return input.hasContent() ? std::optional(std::move(input)) : std::nullopt;
 }
 
@@ -99,11 +99,11 @@ QCoro::Task<GenerationResult> generate(
     Generating &generating = *run->seams().generating;
     const auto model = generating.resolvedModel(action, provider);
     if (action.outputFormat == OutputFormat::Image) {
-        ImageGeneration request { std::move(action), provider, model, std::move(prompt) };
+        ImageGeneration request{std::move(action), provider, model, std::move(prompt)};
         co_return co_await generating.generateImageResult(std::move(request), run, run->stop());
     }
-    TextGeneration request { std::move(action), provider, model, std::move(prompt),
-        std::move(prepared.attachments) };
+    TextGeneration request{
+        std::move(action), provider, model, std::move(prompt), std::move(prepared.attachments)};
     co_return co_await generating.generateTextResult(std::move(request), run, run->stop());
 }
 
@@ -117,7 +117,7 @@ QCoro::Task<ResultPayload> exportedAsPDF(RunHandle run, QString source, QString 
     const QString title = isBlank(actionName) ? u"Velarc Result"_s : actionName;
     const QUrl url = co_await run->seams().delivering->exportPDF(source, title, run->stop());
     run->ensureActive();
-    co_return PdfPayload { url, source };
+    co_return PdfPayload{url, source};
 }
 
 QString routingStep(SystemDestinationKind kind)
@@ -149,7 +149,7 @@ void beginExecution(ActiveRun &run, const AIAction &action, const PreparedRunInp
     state.setLatestRunDebugInfo(std::nullopt);
     run.core().activeAction = action;
     run.core().lastPreparedInput = prepared;
-    state.setEngineState(EngineProcessing { u"Preparing payload"_s });
+    state.setEngineState(EngineProcessing{u"Preparing payload"_s});
     state.setHomePhase(HomePhase::Processing);
 }
 
@@ -173,7 +173,7 @@ void publishResult(
     state.setActiveProviderLabel(routed.providerLabel.value_or(label(result.provider)));
     state.setLatestRunDebugInfo(routed.debugInfo ? routed.debugInfo : result.debugInfo);
     copyAutomatically(run, routed);
-    state.setEngineState(EngineResult { routed.payload, state.activeProviderLabel() });
+    state.setEngineState(EngineResult{routed.payload, state.activeProviderLabel()});
     state.setHomePhase(HomePhase::Output);
     run.finish();
 }
@@ -189,8 +189,8 @@ QCoro::Task<GenerationResult> generateForCanvas(
     run->state().setActiveProviderLabel(label(provider));
     const QString actionName = action.name;
     const bool makesPDF = wantsPDF(action);
-    GenerationResult result = co_await generate(
-        run, std::move(action), provider, std::move(prompt), std::move(prepared));
+    GenerationResult result =
+        co_await generate(run, std::move(action), provider, std::move(prompt), std::move(prepared));
     if (makesPDF) {
         run->ensureActive();
         const auto source = payloadText(result.payload);
@@ -210,9 +210,9 @@ QCoro::Task<RoutedExecutionResult> deliver(
         run->step(routingStep(*kind));
         co_await pauseForStep(run);
     }
-    Delivery delivery { std::move(payload), destination, std::move(userText) };
-    RoutedExecutionResult routed
-        = co_await run->seams().delivering->routeResult(std::move(delivery), run, run->stop());
+    Delivery delivery{std::move(payload), destination, std::move(userText)};
+    RoutedExecutionResult routed =
+        co_await run->seams().delivering->routeResult(std::move(delivery), run, run->stop());
     run->ensureActive();
     co_return routed;
 }
@@ -228,8 +228,8 @@ QCoro::Task<void> execute(RunHandle run, AIAction action, PreparedRunInput prepa
     run->state().setSuggestedConnectionProvider(std::nullopt);
     run->seams().usage->recordUsage(result);
 
-    const RoutedExecutionResult routed
-        = co_await deliver(run, result.payload, asRun.destination, userText);
+    const RoutedExecutionResult routed =
+        co_await deliver(run, result.payload, asRun.destination, userText);
     publishResult(*run, result, routed);
 }
 
@@ -248,7 +248,7 @@ void endWithoutInput(ActiveRun &run)
 {
     AppState &state = run.state();
     state.setStatusNote(u"Nothing to run yet. Type input, paste, or drop PNG/PDF/SVG."_s);
-    state.setEngineState(EngineReady {});
+    state.setEngineState(EngineReady{});
     state.setHomePhase(HomePhase::Input);
     run.finish();
 }
@@ -292,18 +292,18 @@ QCoro::Task<ResultPayload> performShortcutRun(RunHandle run, AIAction action, QS
     const AIAction asRun = actionAsRun(std::move(action));
     QString prompt = co_await finishedPrompt(run, asRun.systemPrompt, input);
     const AIProvider provider = run->seams().generating->resolvedProvider(asRun);
-    PreparedRunInput prepared { input, {} };
-    const GenerationResult result
-        = co_await generate(run, asRun, provider, std::move(prompt), std::move(prepared));
+    PreparedRunInput prepared{input, {}};
+    const GenerationResult result =
+        co_await generate(run, asRun, provider, std::move(prompt), std::move(prepared));
     run->ensureActive();
     ResultPayload payload = result.payload;
     const auto source = payloadText(payload);
     if (wantsPDF(asRun) && source) {
         payload = co_await exportedAsPDF(run, *source, asRun.name);
     }
-    Delivery delivery { std::move(payload), asRun.destination, std::move(input) };
-    RoutedExecutionResult routed
-        = co_await run->seams().delivering->routeResult(std::move(delivery), run, run->stop());
+    Delivery delivery{std::move(payload), asRun.destination, std::move(input)};
+    RoutedExecutionResult routed =
+        co_await run->seams().delivering->routeResult(std::move(delivery), run, run->stop());
     co_return std::move(routed.payload);
 }
 

@@ -19,7 +19,8 @@ public:
     virtual void reconcileConnections() = 0;
 };
 
-struct StartUpParts {
+struct StartUpParts
+{
     AppState &state;
     const LocalStore &store;
     const Clock &clock;

@@ -7,10 +7,9 @@
 
 namespace velarc {
 
-UsageRecorder::UsageRecorder(AppState &state, std::shared_ptr<const LocalStore> store, std::shared_ptr<const Clock> clock)
-    : m_state(state)
-    , m_store(std::move(store))
-    , m_clock(std::move(clock))
+UsageRecorder::UsageRecorder(
+    AppState &state, std::shared_ptr<const LocalStore> store, std::shared_ptr<const Clock> clock)
+    : m_state(state), m_store(std::move(store)), m_clock(std::move(clock))
 {
 }
 

@@ -14,7 +14,8 @@ class AppState;
 class UsageRecorder final : public UsageRecording
 {
 public:
-    UsageRecorder(AppState &state, std::shared_ptr<const LocalStore> store, std::shared_ptr<const Clock> clock);
+    UsageRecorder(AppState &state, std::shared_ptr<const LocalStore> store,
+        std::shared_ptr<const Clock> clock);
 
     // A result without usage or without a model counts nothing.
     void recordUsage(const GenerationResult &result) override;

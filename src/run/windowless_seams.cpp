@@ -38,6 +38,6 @@ bool ShowOnlyDelivery::copyToClipboard(const ResultPayload &)
     return false;
 }
 
-void ShowOnlyDelivery::showClipboardToast(QString) { }
+void ShowOnlyDelivery::showClipboardToast(QString) {}
 
 } // namespace velarc

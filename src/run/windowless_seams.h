@@ -20,8 +20,8 @@ public:
 class ShowOnlyDelivery final : public Delivering
 {
 public:
-    [[nodiscard]] QCoro::Task<RoutedExecutionResult> routeResult(Delivery delivery,
-        std::shared_ptr<RunProgress> progress, std::stop_token stop) override;
+    [[nodiscard]] QCoro::Task<RoutedExecutionResult> routeResult(
+        Delivery delivery, std::shared_ptr<RunProgress> progress, std::stop_token stop) override;
     [[nodiscard]] QCoro::Task<QUrl> exportPDF(
         QString text, QString title, std::stop_token stop) override;
     bool copyToClipboard(const ResultPayload &payload) override;

@@ -1,5 +1,4 @@
 #include "engines/on_device_services.h"
-
 #include "fakes/fake_clock.h"
 #include "fakes/scripted_engines.h"
 
@@ -10,7 +9,8 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-struct Outcome {
+struct Outcome
+{
     std::optional<QString> text;
     QString failure;
     bool wasCancelled = false;
@@ -43,7 +43,7 @@ class AppleIntelligenceServiceTest : public ::testing::Test
 {
 protected:
     std::shared_ptr<ScriptedOnDeviceModel> model = std::make_shared<ScriptedOnDeviceModel>();
-    AppleIntelligenceService service { model };
+    AppleIntelligenceService service{model};
 
     Outcome ask(OnDeviceTextRequest request, std::stop_token stop = {})
     {
@@ -56,7 +56,7 @@ protected:
 
 TEST_F(AppleIntelligenceServiceTest, promptGoesUnchangedWithItsOptions)
 {
-    ask({ u"  prompt "_s, u" instructions\n"_s, u"general"_s });
+    ask({u"  prompt "_s, u" instructions\n"_s, u"general"_s});
     ASSERT_EQ(model->prompts.size(), 1);
     EXPECT_EQ(model->prompts.first().prompt, u"  prompt "_s);
     EXPECT_EQ(model->prompts.first().instructions, u"instructions"_s);
@@ -66,14 +66,14 @@ TEST_F(AppleIntelligenceServiceTest, promptGoesUnchangedWithItsOptions)
 
 TEST_F(AppleIntelligenceServiceTest, blankInstructionsMakeASessionWithoutAny)
 {
-    ask({ u"p"_s, u" \n"_s, u"general"_s });
+    ask({u"p"_s, u" \n"_s, u"general"_s});
     EXPECT_EQ(model->prompts.first().instructions, std::nullopt);
 }
 
 TEST_F(AppleIntelligenceServiceTest, onlyTheExactWordSelectsContentTagging)
 {
-    ask({ u"p"_s, {}, u"contentTagging"_s });
-    ask({ u"p"_s, {}, u"contenttagging"_s });
+    ask({u"p"_s, {}, u"contentTagging"_s});
+    ask({u"p"_s, {}, u"contenttagging"_s});
     EXPECT_EQ(model->prompts.at(0).useCase, OnDeviceUseCase::ContentTagging);
     EXPECT_EQ(model->prompts.at(1).useCase, OnDeviceUseCase::General);
 }
@@ -81,57 +81,57 @@ TEST_F(AppleIntelligenceServiceTest, onlyTheExactWordSelectsContentTagging)
 TEST_F(AppleIntelligenceServiceTest, availabilityIsAskedOfTheChosenUseCase)
 {
     model->contentTagging = OnDeviceAvailability::ModelNotReady;
-    EXPECT_EQ(ask({ u"p"_s, {}, u"contentTagging"_s }).failure,
+    EXPECT_EQ(ask({u"p"_s, {}, u"contentTagging"_s}).failure,
         u"Apple Intelligence is unavailable: Model assets are not ready yet"_s);
-    EXPECT_EQ(ask({ u"p"_s, {}, u"general"_s }).text, u"answer"_s);
+    EXPECT_EQ(ask({u"p"_s, {}, u"general"_s}).text, u"answer"_s);
 }
 
 TEST_F(AppleIntelligenceServiceTest, answerIsTrimmed)
 {
     model->content = u"\n answer \n"_s;
-    EXPECT_EQ(ask({ u"p"_s, {}, {} }).text, u"answer"_s);
+    EXPECT_EQ(ask({u"p"_s, {}, {}}).text, u"answer"_s);
 }
 
 TEST_F(AppleIntelligenceServiceTest, answerOfBlanksFails)
 {
     model->content = u" \n "_s;
-    EXPECT_EQ(
-        ask({ u"p"_s, {}, {} }).failure, u"Apple Intelligence returned an empty response."_s);
+    EXPECT_EQ(ask({u"p"_s, {}, {}}).failure, u"Apple Intelligence returned an empty response."_s);
 }
 
 TEST_F(AppleIntelligenceServiceTest, failureOfTheModelPassesUnchanged)
 {
     model->failure = std::make_exception_ptr(UserFacingError(u"guardrail"_s));
-    EXPECT_EQ(ask({ u"p"_s, {}, {} }).failure, u"guardrail"_s);
+    EXPECT_EQ(ask({u"p"_s, {}, {}}).failure, u"guardrail"_s);
 }
 
 TEST_F(AppleIntelligenceServiceTest, stoppedCallAsksNothing)
 {
     std::stop_source stop;
     stop.request_stop();
-    EXPECT_TRUE(ask({ u"p"_s, {}, {} }, stop.get_token()).wasCancelled);
+    EXPECT_TRUE(ask({u"p"_s, {}, {}}, stop.get_token()).wasCancelled);
     EXPECT_TRUE(model->prompts.isEmpty());
 }
 
-struct AvailabilityRow {
+struct AvailabilityRow
+{
     OnDeviceAvailability availability;
     const char16_t *status;
     const char16_t *error;
 };
 
-class AvailabilityTest : public AppleIntelligenceServiceTest,
-                         public ::testing::WithParamInterface<AvailabilityRow>
+class AvailabilityTest
+    : public AppleIntelligenceServiceTest
+    , public ::testing::WithParamInterface<AvailabilityRow>
 {
 };
 
 TEST_P(AvailabilityTest, settingsAndFailedRunWordItDifferently)
 {
-    EXPECT_EQ(availabilityStatusText(GetParam().availability),
-        QString::fromUtf16(GetParam().status));
     EXPECT_EQ(
-        availabilityErrorText(GetParam().availability), QString::fromUtf16(GetParam().error));
+        availabilityStatusText(GetParam().availability), QString::fromUtf16(GetParam().status));
+    EXPECT_EQ(availabilityErrorText(GetParam().availability), QString::fromUtf16(GetParam().error));
     model->general = GetParam().availability;
-    const Outcome outcome = ask({ u"p"_s, {}, {} });
+    const Outcome outcome = ask({u"p"_s, {}, {}});
     if (GetParam().availability != OnDeviceAvailability::Available) {
         EXPECT_EQ(outcome.failure,
             u"Apple Intelligence is unavailable: "_s + QString::fromUtf16(GetParam().error));
@@ -139,28 +139,27 @@ TEST_P(AvailabilityTest, settingsAndFailedRunWordItDifferently)
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryAvailability, AvailabilityTest,
-    ::testing::Values(AvailabilityRow { OnDeviceAvailability::Available, u"Ready on this Mac",
-                          u"Ready on this Mac" },
-        AvailabilityRow { OnDeviceAvailability::DeviceNotEligible, u"Device is not eligible",
-            u"Device is not eligible" },
-        AvailabilityRow { OnDeviceAvailability::NotEnabled,
+    ::testing::Values(AvailabilityRow{OnDeviceAvailability::Available, u"Ready on this Mac",
+                          u"Ready on this Mac"},
+        AvailabilityRow{OnDeviceAvailability::DeviceNotEligible, u"Device is not eligible",
+            u"Device is not eligible"},
+        AvailabilityRow{OnDeviceAvailability::NotEnabled,
             u"Enable Apple Intelligence in system settings",
-            u"Apple Intelligence is turned off in system settings" },
-        AvailabilityRow { OnDeviceAvailability::ModelNotReady,
-            u"Model assets are still preparing", u"Model assets are not ready yet" },
-        AvailabilityRow { OnDeviceAvailability::Unknown, u"Unknown reason", u"Unknown reason" }));
+            u"Apple Intelligence is turned off in system settings"},
+        AvailabilityRow{OnDeviceAvailability::ModelNotReady, u"Model assets are still preparing",
+            u"Model assets are not ready yet"},
+        AvailabilityRow{OnDeviceAvailability::Unknown, u"Unknown reason", u"Unknown reason"}));
 
 TEST(AppleIntelligenceServiceErrors, haveTheirSentences)
 {
     using Error = AppleIntelligenceServiceError;
-    EXPECT_EQ(Error::unavailable(u"why"_s).message(),
-        u"Apple Intelligence is unavailable: why"_s);
+    EXPECT_EQ(Error::unavailable(u"why"_s).message(), u"Apple Intelligence is unavailable: why"_s);
     EXPECT_EQ(Error::frameworkUnavailable().message(),
         u"Foundation Models framework is not available in this build."_s);
     EXPECT_EQ(
         Error::unsupportedOS().message(), u"Apple Intelligence requires macOS 26 or later."_s);
-    EXPECT_EQ(Error::emptyResponse().message(),
-        u"Apple Intelligence returned an empty response."_s);
+    EXPECT_EQ(
+        Error::emptyResponse().message(), u"Apple Intelligence returned an empty response."_s);
 }
 
 TEST(AbsentOnDeviceModel, isNeverEligibleAndAnswersNothing)
@@ -170,8 +169,7 @@ TEST(AbsentOnDeviceModel, isNeverEligibleAndAnswersNothing)
         model->availability(OnDeviceUseCase::General), OnDeviceAvailability::DeviceNotEligible);
     const auto outcome = std::make_shared<Outcome>();
     static_cast<void>(keep(model->respond({}, {}), outcome));
-    EXPECT_EQ(outcome->failure,
-        u"Apple Intelligence is unavailable: Device is not eligible"_s);
+    EXPECT_EQ(outcome->failure, u"Apple Intelligence is unavailable: Device is not eligible"_s);
 }
 
 TEST(AppleImageService, refusesEveryPromptAndAsksForOneWhereItIsBlank)

@@ -1,5 +1,4 @@
 #include "entry/cli_command.h"
-
 #include "support/printers.h"
 
 #include <gtest/gtest.h>
@@ -22,44 +21,45 @@ template <typename Command> Command parsed(const QStringList &arguments)
 
 TEST(CliCommand, actionsAreListedAsLinesOrAsJson)
 {
-    EXPECT_EQ(parsed<ListCommand>({ u"actions"_s }).form, ListingForm::Lines);
-    EXPECT_EQ(parsed<ListCommand>({ u"actions"_s, u"--json"_s }).form, ListingForm::Json);
+    EXPECT_EQ(parsed<ListCommand>({u"actions"_s}).form, ListingForm::Lines);
+    EXPECT_EQ(parsed<ListCommand>({u"actions"_s, u"--json"_s}).form, ListingForm::Json);
 }
 
 TEST(CliCommand, runTakesAnActionAndAText)
 {
-    const auto run = parsed<RunCommand>({ u"run"_s, u"Joke"_s, u"cats and dogs"_s });
+    const auto run = parsed<RunCommand>({u"run"_s, u"Joke"_s, u"cats and dogs"_s});
     EXPECT_EQ(run.action, u"Joke"_s);
     EXPECT_EQ(run.text, u"cats and dogs"_s);
 }
 
 TEST(CliCommand, absentTextAndADashStandForStandardInput)
 {
-    EXPECT_EQ(parsed<RunCommand>({ u"run"_s, u"Joke"_s }).text, std::nullopt);
-    EXPECT_EQ(parsed<RunCommand>({ u"run"_s, u"Joke"_s, u"-"_s }).text, std::nullopt);
+    EXPECT_EQ(parsed<RunCommand>({u"run"_s, u"Joke"_s}).text, std::nullopt);
+    EXPECT_EQ(parsed<RunCommand>({u"run"_s, u"Joke"_s, u"-"_s}).text, std::nullopt);
 }
 
 TEST(CliCommand, emptyTextIsATextNotStandardInput)
 {
-    EXPECT_EQ(parsed<RunCommand>({ u"run"_s, u"Joke"_s, QString() }).text, QString());
+    EXPECT_EQ(parsed<RunCommand>({u"run"_s, u"Joke"_s, QString()}).text, QString());
 }
 
 TEST(CliCommand, twoDashesEndTheOptions)
 {
-    const auto run = parsed<RunCommand>({ u"run"_s, u"--"_s, u"--json"_s, u"-5 degrees"_s });
+    const auto run = parsed<RunCommand>({u"run"_s, u"--"_s, u"--json"_s, u"-5 degrees"_s});
     EXPECT_EQ(run.action, u"--json"_s);
     EXPECT_EQ(run.text, u"-5 degrees"_s);
 }
 
 TEST(CliCommand, helpAndVersionAreAskedForByOptions)
 {
-    parsed<HelpCommand>({ u"--help"_s });
-    parsed<HelpCommand>({ u"-h"_s });
-    parsed<HelpCommand>({ u"run"_s, u"--help"_s });
-    parsed<VersionCommand>({ u"--version"_s });
+    parsed<HelpCommand>({u"--help"_s});
+    parsed<HelpCommand>({u"-h"_s});
+    parsed<HelpCommand>({u"run"_s, u"--help"_s});
+    parsed<VersionCommand>({u"--version"_s});
 }
 
-struct UsageRow {
+struct UsageRow
+{
     QStringList arguments;
     const char16_t *message;
 };
@@ -70,19 +70,19 @@ class CliUsageTest : public ::testing::TestWithParam<UsageRow>
 
 TEST_P(CliUsageTest, saysInOneSentenceWhatIsWrong)
 {
-    EXPECT_EQ(parsed<UsageError>(GetParam().arguments).message,
-        QString::fromUtf16(GetParam().message));
+    EXPECT_EQ(
+        parsed<UsageError>(GetParam().arguments).message, QString::fromUtf16(GetParam().message));
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryMistake, CliUsageTest,
-    ::testing::Values(UsageRow { {}, u"Say what to do: \"actions\" or \"run\"." },
-        UsageRow { { u"frobnicate"_s }, u"Unknown command: \"frobnicate\"." },
-        UsageRow { { u"run"_s }, u"Name an action: velarc-cli run ACTION [TEXT]." },
-        UsageRow { { u"run"_s, u"A"_s, u"two"_s, u"words"_s },
-            u"Surplus text: \"words\". Put a text of several words into quotes." },
-        UsageRow { { u"actions"_s, u"x"_s }, u"Surplus argument: \"x\"." },
-        UsageRow { { u"run"_s, u"A"_s, u"--json"_s }, u"--json goes with \"actions\"." },
-        UsageRow { { u"actions"_s, u"--jason"_s }, u"Unknown option 'jason'." }));
+    ::testing::Values(UsageRow{{}, u"Say what to do: \"actions\" or \"run\"."},
+        UsageRow{{u"frobnicate"_s}, u"Unknown command: \"frobnicate\"."},
+        UsageRow{{u"run"_s}, u"Name an action: velarc-cli run ACTION [TEXT]."},
+        UsageRow{{u"run"_s, u"A"_s, u"two"_s, u"words"_s},
+            u"Surplus text: \"words\". Put a text of several words into quotes."},
+        UsageRow{{u"actions"_s, u"x"_s}, u"Surplus argument: \"x\"."},
+        UsageRow{{u"run"_s, u"A"_s, u"--json"_s}, u"--json goes with \"actions\"."},
+        UsageRow{{u"actions"_s, u"--jason"_s}, u"Unknown option 'jason'."}));
 
 } // namespace
 } // namespace velarc

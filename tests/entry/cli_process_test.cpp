@@ -12,7 +12,8 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-struct Ended {
+struct Ended
+{
     int status = -1;
     QString out;
     QString err;
@@ -47,8 +48,7 @@ protected:
 
 TEST_F(CliProcessTest, freshUserRunsABuiltInActionOnTextFromAPipe)
 {
-    const Ended ended
-        = run({ u"run"_s, u"One-Sentence Summary"_s }, "Wait! What? Yes.");
+    const Ended ended = run({u"run"_s, u"One-Sentence Summary"_s}, "Wait! What? Yes.");
     EXPECT_EQ(ended.status, 0) << ended.err.toStdString();
     EXPECT_EQ(ended.out, u"Summarize the user input in exactly one sentence.\n"_s);
     EXPECT_EQ(ended.err, QString());
@@ -56,22 +56,22 @@ TEST_F(CliProcessTest, freshUserRunsABuiltInActionOnTextFromAPipe)
 
 TEST_F(CliProcessTest, listKeepsItsIdentifiersFromOneRunToTheNext)
 {
-    const Ended first = run({ u"actions"_s });
+    const Ended first = run({u"actions"_s});
     EXPECT_EQ(first.status, 0);
     EXPECT_EQ(first.out.count(u'\n'), 22);
-    EXPECT_EQ(run({ u"actions"_s }).out, first.out);
+    EXPECT_EQ(run({u"actions"_s}).out, first.out);
 }
 
 TEST_F(CliProcessTest, invalidBytesOnStandardInputAreReplaced)
 {
-    const Ended ended = run({ u"run"_s, u"Focus Sprint Planner"_s }, "a\xFF\xC0 b");
+    const Ended ended = run({u"run"_s, u"Focus Sprint Planner"_s}, "a\xFF\xC0 b");
     EXPECT_EQ(ended.status, 0);
     EXPECT_TRUE(ended.out.contains(u"a\uFFFD\uFFFD b"_s)) << ended.out.toStdString();
 }
 
 TEST_F(CliProcessTest, actionIsNamedInAnyScriptWhateverTheLocale)
 {
-    const Ended ended = run({ u"run"_s, u"\u00DCbersetzen"_s, u"x"_s });
+    const Ended ended = run({u"run"_s, u"\u00DCbersetzen"_s, u"x"_s});
     EXPECT_EQ(ended.status, 2);
     EXPECT_EQ(ended.err,
         u"velarc-cli: No action is called \"\u00DCbersetzen\". \"velarc-cli actions\" lists "
@@ -81,7 +81,7 @@ TEST_F(CliProcessTest, actionIsNamedInAnyScriptWhateverTheLocale)
 
 TEST_F(CliProcessTest, withoutAnInputItSaysSo)
 {
-    const Ended ended = run({ u"run"_s, u"Tell Me a Joke"_s });
+    const Ended ended = run({u"run"_s, u"Tell Me a Joke"_s});
     EXPECT_EQ(ended.status, 3);
     EXPECT_EQ(ended.out, u"Input is empty.\n"_s);
 }
@@ -92,7 +92,7 @@ TEST_F(CliProcessTest, unusableHomeFolderStopsNothing)
     QProcessEnvironment environment;
     environment.insert(u"HOME"_s, u"/dev/null/nowhere"_s);
     process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(VELARC_CLI), { u"run"_s, u"Tell Me a Joke"_s, u"cats"_s });
+    process.start(QStringLiteral(VELARC_CLI), {u"run"_s, u"Tell Me a Joke"_s, u"cats"_s});
     process.closeWriteChannel();
     ASSERT_TRUE(process.waitForFinished());
     EXPECT_EQ(process.exitCode(), 0);

@@ -1,21 +1,21 @@
-#include "entry/cli_programs.h"
-
 #include "base/uuid.h"
+#include "entry/cli_programs.h"
 #include "support/app_world.h"
 #include "support/event_loop.h"
 
 namespace velarc {
 namespace {
 
-struct FileCloser {
+struct FileCloser
+{
     void operator()(FILE *file) const { std::fclose(file); }
 };
 
 class CliProgramsTest : public AppWorld
 {
 protected:
-    std::unique_ptr<FILE, FileCloser> out { std::tmpfile() };
-    std::unique_ptr<FILE, FileCloser> err { std::tmpfile() };
+    std::unique_ptr<FILE, FileCloser> out{std::tmpfile()};
+    std::unique_ptr<FILE, FileCloser> err{std::tmpfile()};
     QByteArray standardInput;
     bool inputIsTerminal = false;
     std::shared_ptr<std::optional<CliExit>> exit = std::make_shared<std::optional<CliExit>>();
@@ -64,7 +64,7 @@ protected:
     {
         AIAction action = testAction(name);
         action.provider = AIProvider::LocalFallback;
-        store->saveActions({ action });
+        store->saveActions({action});
         return action;
     }
 };
@@ -72,22 +72,22 @@ protected:
 TEST_F(CliProgramsTest, listsIdentifierTabAndTitleALine)
 {
     const AIAction action = storeOne(u"One\tLine\nOnly"_s);
-    EXPECT_EQ(perform({ u"actions"_s }), CliExit::Done);
+    EXPECT_EQ(perform({u"actions"_s}), CliExit::Done);
     EXPECT_EQ(said(), uuidText(action.id) + u"\tOne Line Only\n"_s);
 }
 
 TEST_F(CliProgramsTest, listsAsJson)
 {
     const AIAction action = storeOne(u"Say \"hi\""_s);
-    EXPECT_EQ(perform({ u"actions"_s, u"--json"_s }), CliExit::Done);
-    EXPECT_EQ(said(),
-        u"[{\"id\":\""_s + uuidText(action.id) + u"\",\"title\":\"Say \\\"hi\\\"\"}]\n"_s);
+    EXPECT_EQ(perform({u"actions"_s, u"--json"_s}), CliExit::Done);
+    EXPECT_EQ(
+        said(), u"[{\"id\":\""_s + uuidText(action.id) + u"\",\"title\":\"Say \\\"hi\\\"\"}]\n"_s);
 }
 
 TEST_F(CliProgramsTest, answerGoesToStandardOutputWithOneLineFeed)
 {
     storeOne(u"Tell Me a Joke"_s);
-    EXPECT_EQ(perform({ u"run"_s, u"tell me a joke"_s, u"cats"_s }), CliExit::Done);
+    EXPECT_EQ(perform({u"run"_s, u"tell me a joke"_s, u"cats"_s}), CliExit::Done);
     EXPECT_TRUE(said().startsWith(u"I asked my cats assistant"_s));
     EXPECT_TRUE(said().endsWith(u"leftovers.\n"_s));
     EXPECT_EQ(complained(), QString());
@@ -97,7 +97,7 @@ TEST_F(CliProgramsTest, textIsReadFromStandardInputAndBadBytesAreReplaced)
 {
     storeOne(u"Plain"_s);
     standardInput = "caf\xC3\xA9 \xFF!";
-    EXPECT_EQ(perform({ u"run"_s, u"Plain"_s }), CliExit::Done);
+    EXPECT_EQ(perform({u"run"_s, u"Plain"_s}), CliExit::Done);
     EXPECT_TRUE(said().endsWith(u"caf\u00E9 \uFFFD!\n"_s)) << said().toStdString();
 }
 
@@ -105,7 +105,7 @@ TEST_F(CliProgramsTest, noInputAtAllIsAUsageError)
 {
     storeOne(u"Plain"_s);
     inputIsTerminal = true;
-    EXPECT_EQ(perform({ u"run"_s, u"Plain"_s }), CliExit::Usage);
+    EXPECT_EQ(perform({u"run"_s, u"Plain"_s}), CliExit::Usage);
     EXPECT_EQ(said(), QString());
     EXPECT_EQ(complained(),
         u"velarc-cli: There is no input. Give a text behind the action, or pipe one in.\n"_s);
@@ -114,18 +114,18 @@ TEST_F(CliProgramsTest, noInputAtAllIsAUsageError)
 TEST_F(CliProgramsTest, blankInputIsRefusedAndTheAnswerSaysWhy)
 {
     storeOne(u"Plain"_s);
-    EXPECT_EQ(perform({ u"run"_s, u"Plain"_s, u"  "_s }), CliExit::Refused);
+    EXPECT_EQ(perform({u"run"_s, u"Plain"_s, u"  "_s}), CliExit::Refused);
     EXPECT_EQ(said(), u"Input is empty.\n"_s);
 }
 
 TEST_F(CliProgramsTest, unknownTitleIsAUsageErrorAndAnUnknownIdentifierARefusal)
 {
     storeOne(u"Plain"_s);
-    EXPECT_EQ(perform({ u"run"_s, u"Nope"_s, u"x"_s }), CliExit::Usage);
+    EXPECT_EQ(perform({u"run"_s, u"Nope"_s, u"x"_s}), CliExit::Usage);
     EXPECT_EQ(complained(),
         u"velarc-cli: No action is called \"Nope\". \"velarc-cli actions\" lists them.\n"_s);
     exit->reset();
-    EXPECT_EQ(perform({ u"run"_s, uuidText(newUuid()), u"x"_s }), CliExit::Refused);
+    EXPECT_EQ(perform({u"run"_s, uuidText(newUuid()), u"x"_s}), CliExit::Refused);
     EXPECT_EQ(said(), u"Action no longer exists.\n"_s);
 }
 
@@ -133,8 +133,8 @@ TEST_F(CliProgramsTest, ambiguousTitleListsItsActionsAndRunsNone)
 {
     const AIAction one = testAction(u"Twin"_s);
     const AIAction other = testAction(u"Twin"_s);
-    store->saveActions({ one, other });
-    EXPECT_EQ(perform({ u"run"_s, u"twin"_s, u"x"_s }), CliExit::Usage);
+    store->saveActions({one, other});
+    EXPECT_EQ(perform({u"run"_s, u"twin"_s, u"x"_s}), CliExit::Usage);
     EXPECT_EQ(said(), QString());
     EXPECT_TRUE(complained().contains(uuidText(one.id)));
     EXPECT_TRUE(complained().contains(uuidText(other.id)));
@@ -144,26 +144,26 @@ TEST_F(CliProgramsTest, failedRunIsToldOnStandardErrorAlone)
 {
     AIAction action = testAction(u"Cloud"_s);
     action.provider = AIProvider::OpenAI;
-    store->saveActions({ action });
-    EXPECT_EQ(perform({ u"run"_s, u"Cloud"_s, u"x"_s }), CliExit::RunFailed);
+    store->saveActions({action});
+    EXPECT_EQ(perform({u"run"_s, u"Cloud"_s, u"x"_s}), CliExit::RunFailed);
     EXPECT_EQ(said(), QString());
     EXPECT_EQ(complained(), u"velarc-cli: OpenAI is not connected yet.\n"_s);
 }
 
 TEST_F(CliProgramsTest, usageErrorPointsToTheHelp)
 {
-    EXPECT_EQ(perform({ u"frob"_s }), CliExit::Usage);
-    EXPECT_EQ(complained(),
-        u"velarc-cli: Unknown command: \"frob\".\nTry \"velarc-cli --help\".\n"_s);
+    EXPECT_EQ(perform({u"frob"_s}), CliExit::Usage);
+    EXPECT_EQ(
+        complained(), u"velarc-cli: Unknown command: \"frob\".\nTry \"velarc-cli --help\".\n"_s);
     EXPECT_EQ(said(), QString());
 }
 
 TEST_F(CliProgramsTest, helpAndVersionAreAnswers)
 {
-    EXPECT_EQ(perform({ u"--version"_s }), CliExit::Done);
+    EXPECT_EQ(perform({u"--version"_s}), CliExit::Done);
     EXPECT_EQ(said(), u"velarc-cli 1.2.3\n"_s);
     exit->reset();
-    EXPECT_EQ(perform({ u"--help"_s }), CliExit::Done);
+    EXPECT_EQ(perform({u"--help"_s}), CliExit::Done);
     EXPECT_TRUE(said().contains(u"Usage: velarc-cli actions"_s));
 }
 
@@ -172,7 +172,7 @@ TEST_F(CliProgramsTest, outputThatTakesNothingIsAFailedRun)
     storeOne(u"Plain"_s);
     out.reset(std::fopen("/dev/full", "w"));
     ASSERT_TRUE(out);
-    EXPECT_EQ(perform({ u"run"_s, u"Plain"_s, u"x"_s }), CliExit::RunFailed);
+    EXPECT_EQ(perform({u"run"_s, u"Plain"_s, u"x"_s}), CliExit::RunFailed);
     EXPECT_EQ(complained(), u"velarc-cli: the answer could not be written.\n"_s);
 }
 

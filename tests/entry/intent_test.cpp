@@ -1,14 +1,14 @@
-#include "entry/intent.h"
-
 #include "actions/action_json.h"
 #include "base/uuid.h"
+#include "entry/intent.h"
 #include "support/app_world.h"
 #include "support/event_loop.h"
 
 namespace velarc {
 namespace {
 
-struct Performed {
+struct Performed
+{
     std::optional<IntentOutcome> outcome;
     std::exception_ptr failure;
 };
@@ -75,10 +75,10 @@ TEST_F(IntentTest, offersEveryActionButHiddenOnesInDisplayOrder)
     compose.sortOrder = 5;
     AIAction hidden = localAction(u"Hidden"_s);
     hidden.destination = ActionDestination::system(SystemDestinationKind::MailSearchMessages);
-    storeActions({ beta, hidden, alpha, compose, pinned });
+    storeActions({beta, hidden, alpha, compose, pinned});
     EXPECT_EQ(suggestedEntities(*store),
-        (QList<VelarcActionEntity> { { pinned.id, u"Zulu"_s }, { alpha.id, u"Alpha"_s },
-            { beta.id, u"beta"_s }, { compose.id, u"Write"_s } }));
+        (QList<VelarcActionEntity>{{pinned.id, u"Zulu"_s}, {alpha.id, u"Alpha"_s},
+            {beta.id, u"beta"_s}, {compose.id, u"Write"_s}}));
 }
 
 TEST_F(IntentTest, entitiesComeInTheOrderAskedForWithoutUnknownAndHiddenOnes)
@@ -87,9 +87,9 @@ TEST_F(IntentTest, entitiesComeInTheOrderAskedForWithoutUnknownAndHiddenOnes)
     AIAction two = localAction(u"Two"_s);
     AIAction hidden = localAction(u"Hidden"_s);
     hidden.destination = ActionDestination::system(SystemDestinationKind::MailSearchMessages);
-    storeActions({ one, two, hidden });
-    EXPECT_EQ(entitiesFor(*store, { two.id, newUuid(), hidden.id, one.id }),
-        (QList<VelarcActionEntity> { { two.id, u"Two"_s }, { one.id, u"One"_s } }));
+    storeActions({one, two, hidden});
+    EXPECT_EQ(entitiesFor(*store, {two.id, newUuid(), hidden.id, one.id}),
+        (QList<VelarcActionEntity>{{two.id, u"Two"_s}, {one.id, u"One"_s}}));
 }
 
 TEST_F(IntentTest, blankInputIsRefusedWhateverTheAction)
@@ -111,9 +111,9 @@ TEST_F(IntentTest, composeActionIsRefusedWithTheWayOut)
 {
     AIAction compose = localAction(u"Write"_s);
     for (const auto kind :
-        { SystemDestinationKind::MailCompose, SystemDestinationKind::MessagesCompose }) {
+        {SystemDestinationKind::MailCompose, SystemDestinationKind::MessagesCompose}) {
         compose.destination = ActionDestination::system(kind);
-        storeActions({ compose });
+        storeActions({compose});
         performed = std::make_shared<Performed>();
         perform(compose.id, u"x"_s);
         EXPECT_TRUE(wasRefused());
@@ -126,9 +126,8 @@ TEST_F(IntentTest, composeActionIsRefusedWithTheWayOut)
 TEST_F(IntentTest, calendarActionRuns)
 {
     AIAction calendar = localAction(u"Plain"_s);
-    calendar.destination
-        = ActionDestination::system(SystemDestinationKind::CalendarCreateEvent);
-    storeActions({ calendar });
+    calendar.destination = ActionDestination::system(SystemDestinationKind::CalendarCreateEvent);
+    storeActions({calendar});
     perform(calendar.id, u"x"_s);
     EXPECT_FALSE(wasRefused());
     EXPECT_EQ(delivering->deliveries.first().destination, calendar.destination);
@@ -137,25 +136,28 @@ TEST_F(IntentTest, calendarActionRuns)
 TEST_F(IntentTest, answerIsTheTextAsItStands)
 {
     AIAction action = localAction(u"Plain"_s);
-    storeActions({ action });
+    storeActions({action});
     perform(action.id, u"  hello "_s);
     EXPECT_EQ(dialog(), u"[Local Preview Response]\nAction: Plain\n\nhello"_s);
     EXPECT_TRUE(performed->outcome->payload.has_value());
 }
 
-struct AnswerRow {
+struct AnswerRow
+{
     ResultPayload payload;
     const char16_t *dialog;
 };
 
-class IntentAnswerTest : public IntentTest, public ::testing::WithParamInterface<AnswerRow>
+class IntentAnswerTest
+    : public IntentTest
+    , public ::testing::WithParamInterface<AnswerRow>
 {
 };
 
 TEST_P(IntentAnswerTest, dependsOnThePayload)
 {
     AIAction action = localAction(u"Plain"_s);
-    storeActions({ action });
+    storeActions({action});
     RoutedExecutionResult routed;
     routed.payload = GetParam().payload;
     delivering->answer = routed;
@@ -164,15 +166,15 @@ TEST_P(IntentAnswerTest, dependsOnThePayload)
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryPayload, IntentAnswerTest,
-    ::testing::Values(AnswerRow { TextPayload { u" \n"_s }, u"Action completed." },
-        AnswerRow { ImagePayload { QByteArrayLiteral("png") }, u"Image generated." },
-        AnswerRow { PdfPayload { QUrl(), u"text"_s }, u"PDF generated." }));
+    ::testing::Values(AnswerRow{TextPayload{u" \n"_s}, u"Action completed."},
+        AnswerRow{ImagePayload{QByteArrayLiteral("png")}, u"Image generated."},
+        AnswerRow{PdfPayload{QUrl(), u"text"_s}, u"PDF generated."}));
 
 TEST_F(IntentTest, failureInsideTheRunIsTheIntentsFailure)
 {
     AIAction action = testAction(u"Cloud"_s);
     action.provider = AIProvider::OpenAI;
-    storeActions({ action });
+    storeActions({action});
     perform(action.id, u"x"_s);
     ASSERT_TRUE(performed->failure);
     try {
@@ -186,9 +188,9 @@ TEST_F(IntentTest, runCountsNoUsage)
 {
     AIAction action = testAction(u"Cloud"_s);
     action.provider = AIProvider::OpenAI;
-    storeActions({ action });
+    storeActions({action});
     keys->keys[AIProvider::OpenAI] = "sk";
-    openAI->answer.result.usage = TokenUsage { 1, 1, 2 };
+    openAI->answer.result.usage = TokenUsage{1, 1, 2};
     perform(action.id, u"x"_s);
     EXPECT_EQ(dialog(), u"from OpenAI"_s);
     EXPECT_TRUE(store->loadUsageLedger(clock->now()).entries.isEmpty());
@@ -198,7 +200,7 @@ TEST_F(IntentTest, stopEndsTheRun)
 {
     AIAction action = testAction(u"Cloud"_s);
     action.provider = AIProvider::OpenAI;
-    storeActions({ action });
+    storeActions({action});
     keys->keys[AIProvider::OpenAI] = "sk";
     openAI->answer.gate.close();
     isHeldBack = true;

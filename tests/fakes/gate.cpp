@@ -13,7 +13,8 @@ namespace velarc {
 
 namespace {
 
-struct Waiter {
+struct Waiter
+{
     Wakeup wakeup;
     std::exception_ptr failure;
     QObject context; // receives the posted end of a stopped wait
@@ -21,7 +22,8 @@ struct Waiter {
 
 } // namespace
 
-struct Gate::Members {
+struct Gate::Members
+{
     std::deque<Waiter *> waiting;
     bool isOpen = true;
     bool isGone = false;
@@ -62,10 +64,7 @@ QCoro::Task<void> passGate(std::shared_ptr<Gate::Members> members, std::stop_tok
 
 } // namespace
 
-Gate::Gate()
-    : m_members(std::make_shared<Members>())
-{
-}
+Gate::Gate() : m_members(std::make_shared<Members>()) {}
 
 Gate::~Gate()
 {

@@ -14,7 +14,11 @@ namespace velarc {
 class Gate
 {
 public:
-    enum class OnStop { EndsWait, Ignored };
+    enum class OnStop
+    {
+        EndsWait,
+        Ignored
+    };
 
     Gate();
     ~Gate(); // lets everybody on with CancellationError

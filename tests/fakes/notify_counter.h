@@ -14,8 +14,8 @@ class NotifyCounter : public QObject
 public:
     explicit NotifyCounter(QObject &watched)
     {
-        const QMetaMethod counting
-            = metaObject()->method(metaObject()->indexOfSlot("countNotification()"));
+        const QMetaMethod counting =
+            metaObject()->method(metaObject()->indexOfSlot("countNotification()"));
         const QMetaObject *watchedType = watched.metaObject();
         for (int index = 0; index < watchedType->propertyCount(); ++index) {
             const QMetaProperty property = watchedType->property(index);

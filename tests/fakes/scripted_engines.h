@@ -9,7 +9,8 @@
 
 namespace velarc {
 
-struct ScriptedAnswer {
+struct ScriptedAnswer
+{
     Gate gate;
     GenerationResult result;
     std::exception_ptr failure;

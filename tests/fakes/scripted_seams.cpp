@@ -4,10 +4,7 @@
 
 namespace velarc {
 
-ScriptedGenerating::ScriptedGenerating()
-    : answer(textResult(QStringLiteral("generated")))
-{
-}
+ScriptedGenerating::ScriptedGenerating() : answer(textResult(QStringLiteral("generated"))) {}
 
 AIProvider ScriptedGenerating::resolvedProvider(const AIAction &action) const
 {
@@ -28,8 +25,8 @@ QCoro::Task<GenerationResult> ScriptedGenerating::answerLater(
     } else if (noteBeforeWaiting) {
         progress->note(*noteBeforeWaiting);
     }
-    const GenerationResult result
-        = namesThePrompt ? textResult(QStringLiteral("result of ") + prompt) : answer;
+    const GenerationResult result =
+        namesThePrompt ? textResult(QStringLiteral("result of ") + prompt) : answer;
     co_await gate.pass(stop);
     co_return result;
 }
@@ -68,7 +65,7 @@ QCoro::Task<RoutedExecutionResult> ScriptedDelivering::routeResult(
 
 QCoro::Task<QUrl> ScriptedDelivering::exportPDF(QString text, QString title, std::stop_token stop)
 {
-    exports.append({ text, title });
+    exports.append({text, title});
     co_await exportGate.pass(stop);
     if (exportFailure) {
         std::rethrow_exception(exportFailure);
@@ -138,7 +135,7 @@ AIAction testAction(const QString &name)
 GenerationResult textResult(const QString &text)
 {
     GenerationResult result;
-    result.payload = TextPayload { text };
+    result.payload = TextPayload{text};
     result.provider = AIProvider::LocalFallback;
     result.modelID = QStringLiteral("local-fallback");
     return result;

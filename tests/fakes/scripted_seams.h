@@ -51,8 +51,8 @@ public:
     QStringList toasts;
     QList<std::pair<QString, QString>> exports; // text and title
 
-    [[nodiscard]] QCoro::Task<RoutedExecutionResult> routeResult(Delivery delivery,
-        std::shared_ptr<RunProgress> progress, std::stop_token stop) override;
+    [[nodiscard]] QCoro::Task<RoutedExecutionResult> routeResult(
+        Delivery delivery, std::shared_ptr<RunProgress> progress, std::stop_token stop) override;
     [[nodiscard]] QCoro::Task<QUrl> exportPDF(
         QString text, QString title, std::stop_token stop) override;
     bool copyToClipboard(const ResultPayload &payload) override;
@@ -94,7 +94,8 @@ public:
 };
 
 // A state, a pipeline over it, and all seams.
-struct ScriptedRun {
+struct ScriptedRun
+{
     std::shared_ptr<FakeClock> clock = std::make_shared<FakeClock>();
     std::shared_ptr<ScriptedGenerating> generating = std::make_shared<ScriptedGenerating>();
     std::shared_ptr<ScriptedDelivering> delivering = std::make_shared<ScriptedDelivering>();

@@ -1,5 +1,4 @@
 #include "records/attachment_summary.h"
-
 #include "support/printers.h"
 
 #include <gtest/gtest.h>
@@ -27,32 +26,32 @@ TEST(AttachmentSummary, withoutAttachmentsTheTextStandsAsItIs)
 TEST(AttachmentSummary, twoPicturesAreCounted)
 {
     EXPECT_EQ(textWithAttachmentSummary(u"x"_s,
-                  { attachment(InputAttachmentKind::Image, u"a.png"_s),
-                      attachment(InputAttachmentKind::Svg, u"b.svg"_s) }),
+                  {attachment(InputAttachmentKind::Image, u"a.png"_s),
+                      attachment(InputAttachmentKind::Svg, u"b.svg"_s)}),
         u"x\n\nAttached images: 2."_s);
 }
 
 TEST(AttachmentSummary, documentStandsUnderItsKindAndNameAndThePictureIsCounted)
 {
     EXPECT_EQ(textWithAttachmentSummary(u"x"_s,
-                  { attachment(InputAttachmentKind::Pdf, u"a.pdf"_s, u" hello\n"_s),
-                      attachment(InputAttachmentKind::Image, u"b.png"_s) }),
+                  {attachment(InputAttachmentKind::Pdf, u"a.pdf"_s, u" hello\n"_s),
+                      attachment(InputAttachmentKind::Image, u"b.png"_s)}),
         u"x\n\nAttached documents:\n[PDF a.pdf]\nhello\n\nAttached images: 1."_s);
 }
 
 TEST(AttachmentSummary, severalDocumentsAreSetApartByABlankLine)
 {
     EXPECT_EQ(textWithAttachmentSummary(u"x"_s,
-                  { attachment(InputAttachmentKind::Pdf, u"a.pdf"_s, u"one"_s),
-                      attachment(InputAttachmentKind::Pdf, u"b.pdf"_s, u"two"_s) }),
+                  {attachment(InputAttachmentKind::Pdf, u"a.pdf"_s, u"one"_s),
+                      attachment(InputAttachmentKind::Pdf, u"b.pdf"_s, u"two"_s)}),
         u"x\n\nAttached documents:\n[PDF a.pdf]\none\n\n[PDF b.pdf]\ntwo"_s);
 }
 
 TEST(AttachmentSummary, pdfWithoutTextIsNeitherADocumentNorAPicture)
 {
     EXPECT_EQ(textWithAttachmentSummary(u"x"_s,
-                  { attachment(InputAttachmentKind::Pdf, u"a.pdf"_s),
-                      attachment(InputAttachmentKind::Pdf, u"b.pdf"_s, u" \n"_s) }),
+                  {attachment(InputAttachmentKind::Pdf, u"a.pdf"_s),
+                      attachment(InputAttachmentKind::Pdf, u"b.pdf"_s, u" \n"_s)}),
         u"x"_s);
 }
 

@@ -1,7 +1,6 @@
-#include "records/run_records.h"
-
 #include "records/intake_records.h"
 #include "records/run_errors.h"
+#include "records/run_records.h"
 #include "support/printers.h"
 
 #include <gtest/gtest.h>
@@ -13,16 +12,16 @@ using namespace Qt::StringLiterals;
 
 TEST(RunRecords, inputHasContentWhereATextIsNotBlankOrAnythingIsAttached)
 {
-    EXPECT_FALSE((PreparedRunInput { u" \n"_s, {} }).hasContent());
-    EXPECT_TRUE((PreparedRunInput { u" x "_s, {} }).hasContent());
-    EXPECT_TRUE((PreparedRunInput { QString(), { InputAttachment() } }).hasContent());
+    EXPECT_FALSE((PreparedRunInput{u" \n"_s, {}}).hasContent());
+    EXPECT_TRUE((PreparedRunInput{u" x "_s, {}}).hasContent());
+    EXPECT_TRUE((PreparedRunInput{QString(), {InputAttachment()}}).hasContent());
 }
 
 TEST(RunRecords, textOfAPayloadIsItsTextOrWhatThePdfShowsAndAnImageHasNone)
 {
-    EXPECT_EQ(payloadText(TextPayload { u"a"_s }), u"a"_s);
-    EXPECT_EQ(payloadText(PdfPayload { QUrl(), u"b"_s }), u"b"_s);
-    EXPECT_EQ(payloadText(ImagePayload {}), std::nullopt);
+    EXPECT_EQ(payloadText(TextPayload{u"a"_s}), u"a"_s);
+    EXPECT_EQ(payloadText(PdfPayload{QUrl(), u"b"_s}), u"b"_s);
+    EXPECT_EQ(payloadText(ImagePayload{}), std::nullopt);
 }
 
 TEST(RunRecords, attachmentsAreEqualOnlyInAllTheirFields)
@@ -51,13 +50,13 @@ TEST(RunRecords, clipboardHasContentForEachOfItsParts)
     pdf.pdfData = QByteArray();
     EXPECT_TRUE(pdf.hasContent());
     ClipboardPayload files;
-    files.fileURLs = { QUrl(u"file:///a"_s) };
+    files.fileURLs = {QUrl(u"file:///a"_s)};
     EXPECT_TRUE(files.hasContent());
 }
 
 TEST(RunRecords, noticesAreJoinedALineEach)
 {
-    EXPECT_EQ((AttachmentIntake { {}, { u"one"_s, u"two"_s } }).joinedNotices(), u"one\ntwo"_s);
+    EXPECT_EQ((AttachmentIntake{{}, {u"one"_s, u"two"_s}}).joinedNotices(), u"one\ntwo"_s);
     EXPECT_EQ(AttachmentIntake().joinedNotices(), std::nullopt);
 }
 
@@ -65,8 +64,7 @@ TEST(RunErrors, haveTheirSentences)
 {
     EXPECT_EQ(ProviderConnectionRequiredError(AIProvider::OpenAI).message(),
         u"OpenAI is not connected yet."_s);
-    EXPECT_EQ(
-        UnsupportedOutputProviderError(AIProvider::Gemini, OutputFormat::Image).message(),
+    EXPECT_EQ(UnsupportedOutputProviderError(AIProvider::Gemini, OutputFormat::Image).message(),
         u"Gemini does not support Image output."_s);
     EXPECT_EQ(PDFExportServiceError::contextUnavailable().message(),
         u"Could not initialize PDF context."_s);

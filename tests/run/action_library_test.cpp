@@ -1,6 +1,5 @@
-#include "support/app_world.h"
-
 #include "base/uuid.h"
+#include "support/app_world.h"
 
 namespace velarc {
 namespace {
@@ -37,11 +36,11 @@ TEST_F(ActionLibraryTest, selectingSavesNotesAsRecentAndMarksTheHint)
     const QUuid id = actionNamed(u"Git Ideas"_s).id;
     library().selectAction(id);
     EXPECT_EQ(viewModel->selectedActionID(), id);
-    EXPECT_EQ(viewModel->recentActionIDs(), QList<QUuid> { id });
+    EXPECT_EQ(viewModel->recentActionIDs(), QList<QUuid>{id});
     EXPECT_TRUE(viewModel->homeHintState().hasSeenChangeActionHint);
     const HomeLayoutState layout = store->loadHomeLayout();
     EXPECT_EQ(layout.selectedActionID, id);
-    EXPECT_EQ(layout.recentActionIDs, QList<QUuid> { id });
+    EXPECT_EQ(layout.recentActionIDs, QList<QUuid>{id});
     EXPECT_TRUE(layout.hintState.hasSeenChangeActionHint);
 }
 
@@ -51,8 +50,8 @@ TEST_F(ActionLibraryTest, selectingTheMostRecentOneAgainLeavesTheListButWritesIt
     library().selectAction(id);
     domain->remove(kLayoutKey);
     library().selectAction(id);
-    EXPECT_EQ(viewModel->recentActionIDs(), QList<QUuid> { id });
-    EXPECT_EQ(store->loadHomeLayout().recentActionIDs, QList<QUuid> { id });
+    EXPECT_EQ(viewModel->recentActionIDs(), QList<QUuid>{id});
+    EXPECT_EQ(store->loadHomeLayout().recentActionIDs, QList<QUuid>{id});
 }
 
 TEST_F(ActionLibraryTest, hintThatIsMarkedIsNotWrittenAgain)
@@ -98,8 +97,8 @@ TEST_F(ActionLibraryTest, pinnedActionsStandInDisplayOrderAndRecentOnesInTheirOw
         pinned.append(action.name);
     }
     EXPECT_EQ(pinned,
-        (QStringList { u"One-Sentence Summary"_s, u"Brainstorming Ideas"_s, u"Tell Me a Joke"_s,
-            u"Extract Invoice Info"_s }));
+        (QStringList{u"One-Sentence Summary"_s, u"Brainstorming Ideas"_s, u"Tell Me a Joke"_s,
+            u"Extract Invoice Info"_s}));
     library().selectAction(actionNamed(u"Git Ideas"_s).id);
     library().selectAction(actionNamed(u"Tell Me a Joke"_s).id);
     EXPECT_EQ(library().recentActions().first().name, u"Tell Me a Joke"_s);
@@ -157,8 +156,7 @@ TEST_F(ActionLibraryTest, draftOfSpacesSavesUnderTheFallbackNameAndPrompt)
 
 TEST_F(ActionLibraryTest, draftKeepsItsPromptAsTyped)
 {
-    EXPECT_EQ(
-        savedDraft([](AIAction &draft) { draft.systemPrompt = u"  hi  "_s; }).systemPrompt,
+    EXPECT_EQ(savedDraft([](AIAction &draft) { draft.systemPrompt = u"  hi  "_s; }).systemPrompt,
         u"  hi  "_s);
 }
 
@@ -253,7 +251,7 @@ TEST_F(ActionLibraryTest, deletingAnotherActionLeavesTheSelection)
 TEST_F(ActionLibraryTest, deletingTheLastActionLeavesNoSelectionAndAnEmptyStoredArray)
 {
     const AIAction only = viewModel->actions().first();
-    keepOnly({ only });
+    keepOnly({only});
     library().deleteAction(only);
     EXPECT_TRUE(viewModel->actions().isEmpty());
     EXPECT_EQ(viewModel->selectedActionID(), std::nullopt);
@@ -269,7 +267,7 @@ TEST_F(ActionLibraryTest, onlyHiddenActionsGiveNoSelection)
 {
     AIAction hidden = testAction(u"Hidden"_s);
     hidden.destination = ActionDestination::system(SystemDestinationKind::MailSearchMessages);
-    keepOnly({ hidden });
+    keepOnly({hidden});
     EXPECT_EQ(library().selectedAction(), std::nullopt);
     EXPECT_TRUE(library().visibleActions().isEmpty());
 }
@@ -301,7 +299,7 @@ TEST_F(ActionLibraryTest, resetToTheDefaultEngineTakesHiddenActionsTooAndLeavesD
     hidden.destination = ActionDestination::system(SystemDestinationKind::MailSearchMessages);
     hidden.provider = AIProvider::OpenAI;
     hidden.modelOverrideID = u"gpt-5"_s;
-    keepOnly(viewModel->actions() + QList<AIAction> { hidden });
+    keepOnly(viewModel->actions() + QList<AIAction>{hidden});
     library().applyDefaultEngineToAllActions();
     for (const AIAction &action : viewModel->actions()) {
         EXPECT_EQ(action.provider, AIProvider::UseDefault) << action.name.toStdString();
@@ -312,14 +310,16 @@ TEST_F(ActionLibraryTest, resetToTheDefaultEngineTakesHiddenActionsTooAndLeavesD
     EXPECT_EQ(storedActions(), viewModel->actions());
 }
 
-struct SummaryRow {
+struct SummaryRow
+{
     AIProvider provider;
     ActionDestination destination;
     const char16_t *summary;
 };
 
-class RoutingSummaryTest : public ActionLibraryTest,
-                           public ::testing::WithParamInterface<SummaryRow>
+class RoutingSummaryTest
+    : public ActionLibraryTest
+    , public ::testing::WithParamInterface<SummaryRow>
 {
 };
 
@@ -335,22 +335,21 @@ using Kind = SystemDestinationKind;
 
 SummaryRow systemRow(Kind kind, const char16_t *summary)
 {
-    return { AIProvider::LocalFallback, ActionDestination::system(kind), summary };
+    return {AIProvider::LocalFallback, ActionDestination::system(kind), summary};
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryEngine, RoutingSummaryTest,
-    ::testing::Values(SummaryRow { AIProvider::UseDefault, {}, u"Apple Intelligence" },
-        SummaryRow { AIProvider::AppleIntelligence, {}, u"Apple Intelligence" },
-        SummaryRow { AIProvider::OpenAI, {}, u"OpenAI \u2022 gpt-5" },
-        SummaryRow { AIProvider::Gemini, {}, u"Gemini \u2022 gemini-2.5-flash" },
-        SummaryRow { AIProvider::Anthropic, {}, u"Anthropic \u2022 claude-opus-4-1-20250805" },
-        SummaryRow { AIProvider::LocalFallback, {}, u"Local Preview Engine" },
-        SummaryRow { AIProvider::OpenAI, ActionDestination::system(Kind::MailCompose),
-            u"OpenAI \u2022 gpt-5 -> Mail (Prefill + Confirm)" }));
+    ::testing::Values(SummaryRow{AIProvider::UseDefault, {}, u"Apple Intelligence"},
+        SummaryRow{AIProvider::AppleIntelligence, {}, u"Apple Intelligence"},
+        SummaryRow{AIProvider::OpenAI, {}, u"OpenAI \u2022 gpt-5"},
+        SummaryRow{AIProvider::Gemini, {}, u"Gemini \u2022 gemini-2.5-flash"},
+        SummaryRow{AIProvider::Anthropic, {}, u"Anthropic \u2022 claude-opus-4-1-20250805"},
+        SummaryRow{AIProvider::LocalFallback, {}, u"Local Preview Engine"},
+        SummaryRow{AIProvider::OpenAI, ActionDestination::system(Kind::MailCompose),
+            u"OpenAI \u2022 gpt-5 -> Mail (Prefill + Confirm)"}));
 
 INSTANTIATE_TEST_SUITE_P(EverySystemKind, RoutingSummaryTest,
-    ::testing::Values(
-        systemRow(Kind::CalendarCreateEvent, u"Local Preview Engine -> Calendar"),
+    ::testing::Values(systemRow(Kind::CalendarCreateEvent, u"Local Preview Engine -> Calendar"),
         systemRow(Kind::CalendarEditEvent, u"Local Preview Engine -> Calendar"),
         systemRow(Kind::CalendarDeleteEvent, u"Local Preview Engine -> Calendar"),
         systemRow(Kind::MailCompose, u"Local Preview Engine -> Mail (Prefill + Confirm)"),

@@ -1,13 +1,13 @@
-#include "support/app_world.h"
-
 #include "base/errors.h"
+#include "support/app_world.h"
 
 namespace velarc {
 namespace {
 
 using Operation = CredentialCall::Operation;
 
-struct Outcome {
+struct Outcome
+{
     bool ended = false;
     std::optional<QString> sentence;
     std::exception_ptr failure;
@@ -36,7 +36,7 @@ protected:
     void connect(AIProvider provider, const QByteArray &key, const QString &model = {},
         ConnectFor use = ConnectFor::ThisProviderOnly)
     {
-        ConnectRequest request { provider, Secret(key), model, use };
+        ConnectRequest request{provider, Secret(key), model, use};
         static_cast<void>(
             keep(connections().connectProvider(std::move(request), stop.get_token()), outcome));
         turnEventLoop();
@@ -60,10 +60,9 @@ protected:
     void setInfo(AIProvider provider, const ProviderConnectionInfo &value)
     {
         ProviderConnectionState state = viewModel->providerConnections();
-        (provider == AIProvider::OpenAI       ? state.openAI
+        (provider == AIProvider::OpenAI          ? state.openAI
                 : provider == AIProvider::Gemini ? state.gemini
-                                                 : state.anthropic)
-            = value;
+                                                 : state.anthropic) = value;
         viewModel->setProviderConnections(state);
         store->saveProviderConnections(state);
     }
@@ -76,7 +75,7 @@ TEST_F(ConnectionsTest, verifiedKeyIsStoredTrimmedAndTheEngineIsConnected)
     EXPECT_TRUE(outcome->ended);
     EXPECT_EQ(outcome->sentence, std::nullopt);
     EXPECT_EQ(keys->storedKey(AIProvider::OpenAI), "sk-good");
-    EXPECT_EQ(info(AIProvider::OpenAI), (ProviderConnectionInfo { true, clock->now() }));
+    EXPECT_EQ(info(AIProvider::OpenAI), (ProviderConnectionInfo{true, clock->now()}));
     EXPECT_EQ(store->loadProviderConnections().openAI.isConnected, true);
     EXPECT_EQ(viewModel->providerSettings().defaultOpenAIModelID, u"gpt-4o"_s);
     EXPECT_EQ(store->loadProviderSettings().defaultOpenAIModelID, u"gpt-4o"_s);
@@ -92,12 +91,12 @@ TEST_F(ConnectionsTest, verificationIsOneShortGenerationOnTheModel)
     EXPECT_EQ(openAI->textRequests.first().model, u"gpt-4o"_s);
     EXPECT_EQ(openAI->textRequests.first().apiKey.bytes(), QByteArrayView("sk"));
     EXPECT_TRUE(openAI->textRequests.first().attachments.isEmpty());
-    EXPECT_EQ(openAI->tokenLimits, QList<int> { 64 });
+    EXPECT_EQ(openAI->tokenLimits, QList<int>{64});
     connect(AIProvider::Anthropic, "sk-ant");
-    EXPECT_EQ(anthropic->tokenLimits, QList<int> { 24 });
+    EXPECT_EQ(anthropic->tokenLimits, QList<int>{24});
     EXPECT_EQ(anthropic->textRequests.first().model, u"claude-opus-4-1-20250805"_s);
     connect(AIProvider::Gemini, "AIza");
-    EXPECT_EQ(gemini->formats, QList<OutputFormat> { OutputFormat::Text });
+    EXPECT_EQ(gemini->formats, QList<OutputFormat>{OutputFormat::Text});
     EXPECT_EQ(gemini->textRequests.first().model, u"gemini-2.5-flash"_s);
 }
 
@@ -122,14 +121,13 @@ TEST_F(ConnectionsTest, blankKeyIsAskedForAndNothingElseHappens)
 TEST_F(ConnectionsTest, engineThatNeedsNoKeyCannotBeConnected)
 {
     connect(AIProvider::LocalFallback, "key");
-    EXPECT_EQ(outcome->sentence,
-        u"Only OpenAI, Gemini, and Anthropic require connection setup."_s);
+    EXPECT_EQ(outcome->sentence, u"Only OpenAI, Gemini, and Anthropic require connection setup."_s);
 }
 
 TEST_F(ConnectionsTest, failedVerificationKeepsTheEarlierKeyAndTheNextStartShowsItConnected)
 {
     keys->keys[AIProvider::Gemini] = "earlier";
-    setInfo(AIProvider::Gemini, { true, clock->now() });
+    setInfo(AIProvider::Gemini, {true, clock->now()});
     gemini->answer.failure = failureOf(UserFacingError(u"API key not valid."_s));
     connect(AIProvider::Gemini, "typed");
     EXPECT_EQ(outcome->sentence, u"API key not valid."_s);
@@ -138,7 +136,7 @@ TEST_F(ConnectionsTest, failedVerificationKeepsTheEarlierKeyAndTheNextStartShows
     EXPECT_EQ(keys->storedKey(AIProvider::Gemini), "earlier");
     EXPECT_EQ(keys->count(Operation::Save), 0);
     launch();
-    EXPECT_EQ(info(AIProvider::Gemini), (ProviderConnectionInfo { true, std::nullopt }));
+    EXPECT_EQ(info(AIProvider::Gemini), (ProviderConnectionInfo{true, std::nullopt}));
 }
 
 TEST_F(ConnectionsTest, keyThatCannotBeStoredLeavesTheEngineUnconnected)
@@ -189,7 +187,7 @@ TEST_F(ConnectionsTest, stateObjectMayGoWhileAKeyIsVerified)
 TEST_F(ConnectionsTest, disconnectRemovesTheKeyAndTheDefaultFallsToTheOnDeviceEngine)
 {
     keys->keys[AIProvider::OpenAI] = "sk";
-    setInfo(AIProvider::OpenAI, { true, clock->now() });
+    setInfo(AIProvider::OpenAI, {true, clock->now()});
     ProviderSettings settings = viewModel->providerSettings();
     settings.defaultProvider = AIProvider::OpenAI;
     settings.enableAppleIntelligence = false;
@@ -221,7 +219,7 @@ TEST_F(ConnectionsTest, disconnectOfAnEngineWithoutAKeyChangesNothing)
 
 TEST_F(ConnectionsTest, disconnectThatFailsChangesNothing)
 {
-    setInfo(AIProvider::OpenAI, { true, std::nullopt });
+    setInfo(AIProvider::OpenAI, {true, std::nullopt});
     keys->failure = CredentialStoreError::keychain(102);
     disconnect(AIProvider::OpenAI);
     EXPECT_EQ(outcome->sentence, u"Keychain error (102)."_s);
@@ -233,7 +231,7 @@ TEST_F(ConnectionsTest, legacyKeyMovesIntoTheSecretStoreOnce)
     storeDocument(kSettingsKey, "{\"openAIAPIKey\":\"  sk-old  \"}");
     launch();
     EXPECT_EQ(keys->storedKey(AIProvider::OpenAI), "sk-old");
-    EXPECT_EQ(info(AIProvider::OpenAI), (ProviderConnectionInfo { true, clock->now() }));
+    EXPECT_EQ(info(AIProvider::OpenAI), (ProviderConnectionInfo{true, clock->now()}));
     EXPECT_EQ(viewModel->providerSettings().legacyOpenAIAPIKey, std::nullopt);
     EXPECT_FALSE(storedDocument(kSettingsKey).contains("openAIAPIKey"));
     const qsizetype saves = keys->count(Operation::SaveWithoutPrompting);
@@ -260,20 +258,23 @@ TEST_F(ConnectionsTest, legacyKeyThatCannotBeMovedIsGoneAndTheNoteSaysSo)
     EXPECT_FALSE(QString::fromUtf8(*domain->bytes(kSettingsKey)).contains(u"sk-old"_s));
 }
 
-struct ReconcileRow {
+struct ReconcileRow
+{
     bool keyIsStored;
     ProviderConnectionInfo stored;
     ProviderConnectionInfo expected;
 };
 
-class ReconcileTest : public ConnectionsTest, public ::testing::WithParamInterface<ReconcileRow>
+class ReconcileTest
+    : public ConnectionsTest
+    , public ::testing::WithParamInterface<ReconcileRow>
 {
 };
 
 TEST_P(ReconcileTest, flagFollowsTheKeyThatIsReallyStored)
 {
     for (const AIProvider provider :
-        { AIProvider::OpenAI, AIProvider::Gemini, AIProvider::Anthropic }) {
+        {AIProvider::OpenAI, AIProvider::Gemini, AIProvider::Anthropic}) {
         if (GetParam().keyIsStored) {
             keys->keys[provider] = "key";
         }
@@ -281,19 +282,19 @@ TEST_P(ReconcileTest, flagFollowsTheKeyThatIsReallyStored)
     }
     launch();
     for (const AIProvider provider :
-        { AIProvider::OpenAI, AIProvider::Gemini, AIProvider::Anthropic }) {
+        {AIProvider::OpenAI, AIProvider::Gemini, AIProvider::Anthropic}) {
         EXPECT_EQ(info(provider), GetParam().expected);
     }
     EXPECT_EQ(store->loadProviderConnections(), viewModel->providerConnections());
 }
 
-const Instant kVerified { std::chrono::seconds(1'771'000'000) };
+const Instant kVerified{std::chrono::seconds(1'771'000'000)};
 
 INSTANTIATE_TEST_SUITE_P(EveryRow, ReconcileTest,
-    ::testing::Values(ReconcileRow { false, { true, kVerified }, {} },
-        ReconcileRow { false, { false, std::nullopt }, {} },
-        ReconcileRow { true, { false, std::nullopt }, { true, std::nullopt } },
-        ReconcileRow { true, { true, kVerified }, { true, kVerified } }));
+    ::testing::Values(ReconcileRow{false, {true, kVerified}, {}},
+        ReconcileRow{false, {false, std::nullopt}, {}},
+        ReconcileRow{true, {false, std::nullopt}, {true, std::nullopt}},
+        ReconcileRow{true, {true, kVerified}, {true, kVerified}}));
 
 TEST_F(ConnectionsTest, reconciliationThatChangesNothingWritesNothing)
 {
@@ -313,15 +314,15 @@ TEST_F(ConnectionsTest, connectSheetOpensForEnginesThatNeedAKeyOnly)
 TEST_F(ConnectionsTest, statusTextsTellWhatIsConnectedAndSinceWhen)
 {
     EXPECT_EQ(connections().connectionStatusText({}), u"Not connected"_s);
-    EXPECT_EQ(connections().connectionStatusText({ true, std::nullopt }), u"Connected"_s);
-    EXPECT_EQ(connections().connectionStatusText({ true, clock->now() - 2h }),
+    EXPECT_EQ(connections().connectionStatusText({true, std::nullopt}), u"Connected"_s);
+    EXPECT_EQ(connections().connectionStatusText({true, clock->now() - 2h}),
         u"Connected \u2022 Verified 2 hr. ago"_s);
 }
 
 TEST_F(ConnectionsTest, everyEngineHasItsStatusText)
 {
-    EXPECT_EQ(connections().providerStatusText(AIProvider::UseDefault),
-        u"Uses Engine Room default"_s);
+    EXPECT_EQ(
+        connections().providerStatusText(AIProvider::UseDefault), u"Uses Engine Room default"_s);
     EXPECT_EQ(connections().providerStatusText(AIProvider::AppleIntelligence),
         u"Available: Ready on this Mac"_s);
     ProviderSettings settings = viewModel->providerSettings();
@@ -330,8 +331,8 @@ TEST_F(ConnectionsTest, everyEngineHasItsStatusText)
     EXPECT_EQ(connections().providerStatusText(AIProvider::AppleIntelligence),
         u"Disabled in app settings"_s);
     EXPECT_EQ(connections().providerStatusText(AIProvider::OpenAI), u"Not connected"_s);
-    EXPECT_EQ(connections().providerStatusText(AIProvider::LocalFallback),
-        u"Always available offline"_s);
+    EXPECT_EQ(
+        connections().providerStatusText(AIProvider::LocalFallback), u"Always available offline"_s);
     EXPECT_TRUE(connections().isProviderConnected(AIProvider::LocalFallback));
     EXPECT_FALSE(connections().isProviderConnected(AIProvider::Gemini));
 }
@@ -348,7 +349,7 @@ TEST_F(ConnectionsTest, savingADefaultEngineThatIsNotConnectedSaysSoAndStillSave
 
 TEST_F(ConnectionsTest, savingAConnectedDefaultEngineSaysNothing)
 {
-    setInfo(AIProvider::Gemini, { true, std::nullopt });
+    setInfo(AIProvider::Gemini, {true, std::nullopt});
     ProviderSettings settings = viewModel->providerSettings();
     settings.defaultProvider = AIProvider::Gemini;
     viewModel->setProviderSettings(settings);

@@ -1,8 +1,7 @@
-#include "support/app_world.h"
-
 #include "base/errors.h"
 #include "engines/on_device_services.h"
 #include "records/run_errors.h"
+#include "support/app_world.h"
 #include "support/event_loop.h"
 
 namespace velarc {
@@ -24,12 +23,12 @@ protected:
 
     void begin(const PreparedRunInput &input)
     {
-        viewModel->startRun(action, ExplicitInput { input });
+        viewModel->startRun(action, ExplicitInput{input});
         letRunGoOn();
     }
 
     // Runs to its end, worker included.
-    void run(const PreparedRunInput &input = { u"hello"_s, {} })
+    void run(const PreparedRunInput &input = {u"hello"_s, {}})
     {
         begin(input);
         ASSERT_TRUE(waitUntil([this] { return viewModel->homePhase() != HomePhase::Processing; }));
@@ -37,8 +36,8 @@ protected:
 
     void failOnDevice()
     {
-        onDevice->failure = failureOf(
-            AppleIntelligenceServiceError::unavailable(u"Device is not eligible"_s));
+        onDevice->failure =
+            failureOf(AppleIntelligenceServiceError::unavailable(u"Device is not eligible"_s));
     }
 
     [[nodiscard]] QString shownText() const
@@ -57,10 +56,10 @@ protected:
     [[nodiscard]] QStringList stepsOf(const std::function<void()> &runIt)
     {
         QStringList steps;
-        const auto connection = QObject::connect(
-            viewModel.get(), &AppState::engineStateChanged, viewModel.get(), [&] {
-                if (const auto *processing
-                    = std::get_if<EngineProcessing>(&viewModel->engineState())) {
+        const auto connection =
+            QObject::connect(viewModel.get(), &AppState::engineStateChanged, viewModel.get(), [&] {
+                if (const auto *processing =
+                        std::get_if<EngineProcessing>(&viewModel->engineState())) {
                     steps.append(processing->step);
                 }
             });
@@ -125,16 +124,15 @@ TEST_F(ProviderRouterTest, openAIGetsPromptModelKeyAttachmentsAndTheLimit)
 {
     keys->keys[AIProvider::OpenAI] = "sk-stored";
     action.provider = AIProvider::OpenAI;
-    const QStringList steps
-        = stepsOf([this] { run({ u"hello"_s, { picture() } }); });
+    const QStringList steps = stepsOf([this] { run({u"hello"_s, {picture()}}); });
     EXPECT_EQ(shownText(), u"from OpenAI"_s);
     ASSERT_EQ(openAI->textRequests.size(), 1);
     const CloudTextRequest &request = openAI->textRequests.first();
     EXPECT_EQ(request.prompt, u"hello"_s);
     EXPECT_EQ(request.model, u"gpt-5"_s);
     EXPECT_EQ(request.apiKey.bytes(), QByteArrayView("sk-stored"));
-    EXPECT_EQ(request.attachments, QList<InputAttachment> { picture() });
-    EXPECT_EQ(openAI->tokenLimits, QList<int> { 2048 });
+    EXPECT_EQ(request.attachments, QList<InputAttachment>{picture()});
+    EXPECT_EQ(openAI->tokenLimits, QList<int>{2048});
     EXPECT_EQ(steps.last(), u"Generating with OpenAI"_s);
 }
 
@@ -144,7 +142,7 @@ TEST_F(ProviderRouterTest, geminiIsToldTheFormat)
     action.provider = AIProvider::Gemini;
     action.outputFormat = OutputFormat::Json;
     const QStringList steps = stepsOf([this] { run(); });
-    EXPECT_EQ(gemini->formats, QList<OutputFormat> { OutputFormat::Json });
+    EXPECT_EQ(gemini->formats, QList<OutputFormat>{OutputFormat::Json});
     EXPECT_EQ(gemini->textRequests.first().model, u"gemini-2.5-flash"_s);
     EXPECT_EQ(steps.last(), u"Generating with Gemini"_s);
     EXPECT_EQ(viewModel->activeProviderLabel(), u"Gemini"_s);
@@ -156,7 +154,7 @@ TEST_F(ProviderRouterTest, anthropicGetsTheLimit)
     action.provider = AIProvider::Anthropic;
     action.modelOverrideID = u"claude-sonnet-4-5"_s;
     const QStringList steps = stepsOf([this] { run(); });
-    EXPECT_EQ(anthropic->tokenLimits, QList<int> { 2048 });
+    EXPECT_EQ(anthropic->tokenLimits, QList<int>{2048});
     EXPECT_EQ(anthropic->textRequests.first().model, u"claude-sonnet-4-5"_s);
     EXPECT_EQ(steps.last(), u"Generating with Anthropic"_s);
 }
@@ -198,16 +196,15 @@ TEST_F(ProviderRouterTest, localEngineMakesItsResultFromTheFinishedPrompt)
     EXPECT_EQ(details.requestText, u"Prompt:\nDo: hello"_s);
     EXPECT_EQ(details.responseText, shownText());
     EXPECT_EQ(details.infoRows,
-        (QList<DebugInfoRow> { { u"Provider"_s, u"Local Preview Engine"_s },
-            { u"Endpoint"_s, u"local-fallback://text"_s }, { u"Input attachments"_s, u"0"_s },
-            { u"Timestamp"_s, u"2026-02-20T15:00:00Z"_s },
-            { u"Model"_s, u"local-fallback"_s } }));
+        (QList<DebugInfoRow>{{u"Provider"_s, u"Local Preview Engine"_s},
+            {u"Endpoint"_s, u"local-fallback://text"_s}, {u"Input attachments"_s, u"0"_s},
+            {u"Timestamp"_s, u"2026-02-20T15:00:00Z"_s}, {u"Model"_s, u"local-fallback"_s}}));
 }
 
 TEST_F(ProviderRouterTest, localRunWithTwoPicturesAndNoTextCountsThem)
 {
     action.provider = AIProvider::LocalFallback;
-    run({ QString(), { picture(), picture() } });
+    run({QString(), {picture(), picture()}});
     EXPECT_TRUE(shownText().contains(u"Attached images: 2."_s));
     EXPECT_EQ(viewModel->latestRunDebugInfo()->infoRows.at(2).value, u"2"_s);
     EXPECT_FALSE(viewModel->latestRunDebugInfo()->requestText.contains(u"Attached"_s));
@@ -226,7 +223,7 @@ TEST_F(ProviderRouterTest, onDeviceEngineGetsTheSummaryTheRawTemplateAndTheUseCa
     action.systemPrompt = u"Sort {User_Input}"_s;
     action.modelOverrideID = u"gpt-5"_s;
     changeSettings([](auto &settings) { settings.appleUseCase = u"contentTagging"_s; });
-    run({ u"x"_s, { document(u"hello"_s) } });
+    run({u"x"_s, {document(u"hello"_s)}});
     const OnDeviceTextRequest &request = onDevice->requests.first();
     EXPECT_EQ(request.prompt, u"Sort x\n\nAttached documents:\n[PDF a.pdf]\nhello"_s);
     EXPECT_EQ(request.instructions, u"Sort {User_Input}"_s);
@@ -236,9 +233,9 @@ TEST_F(ProviderRouterTest, onDeviceEngineGetsTheSummaryTheRawTemplateAndTheUseCa
     const GenerationDebugInfo details = *viewModel->latestRunDebugInfo();
     EXPECT_EQ(details.requestText, u"Prompt:\nSort x"_s);
     EXPECT_EQ(withoutTimestamp(details.infoRows),
-        (QList<DebugInfoRow> { { u"Provider"_s, u"Apple Intelligence"_s },
-            { u"Endpoint"_s, u"apple-intelligence://generate"_s },
-            { u"Input attachments"_s, u"1"_s }, { u"Model"_s, u"contentTagging"_s } }));
+        (QList<DebugInfoRow>{{u"Provider"_s, u"Apple Intelligence"_s},
+            {u"Endpoint"_s, u"apple-intelligence://generate"_s}, {u"Input attachments"_s, u"1"_s},
+            {u"Model"_s, u"contentTagging"_s}}));
 }
 
 TEST_F(ProviderRouterTest, blankUseCaseHasNoRow)
@@ -255,8 +252,8 @@ TEST_F(ProviderRouterTest, switchedOffEngineRunsLocallyAndSaysSoEvenWithAnOpenAI
     action.provider = AIProvider::AppleIntelligence;
     changeSettings([](auto &settings) { settings.enableAppleIntelligence = false; });
     const QStringList steps = stepsOf([this] { run(); });
-    EXPECT_EQ(note(),
-        u"Apple Intelligence is disabled in settings. Local preview engine was used."_s);
+    EXPECT_EQ(
+        note(), u"Apple Intelligence is disabled in settings. Local preview engine was used."_s);
     EXPECT_EQ(viewModel->activeProviderLabel(), u"Local Preview Engine"_s);
     EXPECT_TRUE(openAI->textRequests.isEmpty());
     EXPECT_EQ(steps.last(), u"Selecting provider"_s) << "there is no step text";
@@ -274,8 +271,8 @@ TEST_F(ProviderRouterTest, failedOnDeviceEngineGoesToOpenAIOnItsDefaultModel)
     EXPECT_EQ(viewModel->activeProviderLabel(), u"OpenAI"_s);
     EXPECT_EQ(openAI->textRequests.first().model, u"gpt-5"_s);
     EXPECT_EQ(steps.mid(2),
-        (QStringList {
-            u"Generating with Apple Intelligence"_s, u"Apple unavailable, trying OpenAI"_s }));
+        (QStringList{
+            u"Generating with Apple Intelligence"_s, u"Apple unavailable, trying OpenAI"_s}));
 }
 
 TEST_F(ProviderRouterTest, failedOnDeviceEngineWithoutAKeyGoesToTheLocalOne)
@@ -284,8 +281,7 @@ TEST_F(ProviderRouterTest, failedOnDeviceEngineWithoutAKeyGoesToTheLocalOne)
     keys->keys[AIProvider::OpenAI] = "  ";
     action.provider = AIProvider::AppleIntelligence;
     const QStringList steps = stepsOf([this] { run(); });
-    EXPECT_EQ(
-        note(), u"Apple Intelligence unavailable. Local preview engine was used instead."_s);
+    EXPECT_EQ(note(), u"Apple Intelligence unavailable. Local preview engine was used instead."_s);
     EXPECT_EQ(viewModel->activeProviderLabel(), u"Local Preview Engine"_s);
     EXPECT_EQ(steps.last(), u"Generating with Apple Intelligence"_s);
 }
@@ -308,7 +304,7 @@ TEST_F(ProviderRouterTest, runCancelledWhileTheOnDeviceEngineWorksSpendsNoOpenAI
     onDevice->gate.close();
     onDevice->gate.ignoreStops();
     action.provider = AIProvider::AppleIntelligence;
-    begin({ u"hello"_s, {} });
+    begin({u"hello"_s, {}});
     viewModel->cancelRun();
     onDevice->gate.open();
     turnEventLoop();
@@ -323,7 +319,7 @@ TEST_F(ProviderRouterTest, runCancelledWhileTheKeyIsReadSendsNothing)
     keys->gate.close();
     keys->gate.ignoreStops();
     action.provider = AIProvider::OpenAI;
-    begin({ u"hello"_s, {} });
+    begin({u"hello"_s, {}});
     viewModel->cancelRun();
     keys->gate.open();
     turnEventLoop();
@@ -338,19 +334,22 @@ TEST_F(ProviderRouterTest, noteOfAFallbackIsNotWrittenByAStaleRun)
     openAI->answer.gate.close();
     openAI->answer.gate.ignoreStops();
     action.provider = AIProvider::AppleIntelligence;
-    begin({ u"hello"_s, {} });
+    begin({u"hello"_s, {}});
     viewModel->restart();
     openAI->answer.gate.open();
     turnEventLoop();
     EXPECT_EQ(viewModel->statusNote(), std::nullopt);
 }
 
-struct RefusalRow {
+struct RefusalRow
+{
     AIProvider provider;
     const char16_t *sentence;
 };
 
-class ImageRefusalTest : public ProviderRouterTest, public ::testing::WithParamInterface<RefusalRow>
+class ImageRefusalTest
+    : public ProviderRouterTest
+    , public ::testing::WithParamInterface<RefusalRow>
 {
 };
 
@@ -368,11 +367,10 @@ TEST_P(ImageRefusalTest, engineWithoutImagesRefusesByNameAndSendsNothing)
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryEngine, ImageRefusalTest,
-    ::testing::Values(
-        RefusalRow { AIProvider::Gemini, u"Gemini does not support Image output." },
-        RefusalRow { AIProvider::Anthropic, u"Anthropic does not support Image output." },
-        RefusalRow {
-            AIProvider::LocalFallback, u"Local Preview Engine does not support Image output." }));
+    ::testing::Values(RefusalRow{AIProvider::Gemini, u"Gemini does not support Image output."},
+        RefusalRow{AIProvider::Anthropic, u"Anthropic does not support Image output."},
+        RefusalRow{
+            AIProvider::LocalFallback, u"Local Preview Engine does not support Image output."}));
 
 class ImageChainTest : public ProviderRouterTest
 {
@@ -381,7 +379,7 @@ protected:
     {
         action.outputFormat = OutputFormat::Image;
         action.provider = AIProvider::AppleIntelligence;
-        openAI->answer.result.payload = ImagePayload { QByteArrayLiteral("cloud png") };
+        openAI->answer.result.payload = ImagePayload{QByteArrayLiteral("cloud png")};
         onDeviceImages->failure = failureOf(AppleImageServiceError::unavailable(u"no"_s));
     }
 };
@@ -414,8 +412,8 @@ TEST_F(ImageChainTest, failedEngineGoesToOpenAI)
     EXPECT_EQ(note(), u"Apple image generation unavailable. OpenAI was used instead."_s);
     EXPECT_EQ(openAI->imageRequests.first().model, u"gpt-5"_s);
     EXPECT_EQ(steps.mid(2),
-        (QStringList { u"Generating image with Apple Intelligence"_s,
-            u"Apple unavailable, trying OpenAI image generation"_s }));
+        (QStringList{u"Generating image with Apple Intelligence"_s,
+            u"Apple unavailable, trying OpenAI image generation"_s}));
 }
 
 TEST_F(ImageChainTest, failedEngineWithoutAKeySuggestsOpenAI)
@@ -444,9 +442,9 @@ TEST_F(ImageChainTest, imageOfTheDeviceIsTheResultWhereThereIsOne)
     const GenerationDebugInfo details = *viewModel->latestRunDebugInfo();
     EXPECT_EQ(details.responseText, u"[Binary PNG image received: 3 bytes]"_s);
     EXPECT_EQ(withoutTimestamp(details.infoRows),
-        (QList<DebugInfoRow> { { u"Provider"_s, u"Apple Intelligence"_s },
-            { u"Model"_s, u"apple-image-playground"_s },
-            { u"Endpoint"_s, u"apple-image-playground://generate"_s } }));
+        (QList<DebugInfoRow>{{u"Provider"_s, u"Apple Intelligence"_s},
+            {u"Model"_s, u"apple-image-playground"_s},
+            {u"Endpoint"_s, u"apple-image-playground://generate"_s}}));
 }
 
 } // namespace

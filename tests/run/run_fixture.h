@@ -1,7 +1,6 @@
 #pragma once
 
 #include "fakes/scripted_seams.h"
-
 #include "records/run_errors.h"
 
 #include <gmock/gmock.h>
@@ -25,7 +24,7 @@ protected:
     void startOn(const QString &text)
     {
         state().setQuickInput(text);
-        pipeline().startRun(action, SmartInput {});
+        pipeline().startRun(action, SmartInput{});
     }
 
     // Through as many step pauses as there are; everything that is not gated happens.

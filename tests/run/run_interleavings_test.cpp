@@ -1,10 +1,9 @@
 // What holds of runs whatever happens in whatever order: random interleavings of everything that a
 // user, an engine and time can do, with a seed that is printed when one fails.
 
-#include "run/run_fixture.h"
-
 #include "base/errors.h"
 #include "fakes/notify_counter.h"
+#include "run/run_fixture.h"
 
 #include <random>
 
@@ -15,7 +14,8 @@ constexpr std::uint32_t kSeed = 20260220;
 constexpr int kInterleavings = 10'000;
 constexpr int kEventsEach = 24;
 
-enum class Event {
+enum class Event
+{
     Start,
     StartOfSystemAction,
     StartWithoutInput,
@@ -43,8 +43,7 @@ bool isOfTheUser(Event event)
 class Interleaving
 {
 public:
-    explicit Interleaving(std::uint32_t seed)
-        : m_random(seed)
+    explicit Interleaving(std::uint32_t seed) : m_random(seed)
     {
         run.generating->namesThePrompt = true;
         run.generating->gate.close();
@@ -105,7 +104,7 @@ private:
         AIAction action = testAction(u"Name"_s);
         action.destination = destination;
         m_activeInput = input;
-        run.pipeline->startRun(action, ExplicitInput { PreparedRunInput { input, {} } });
+        run.pipeline->startRun(action, ExplicitInput{PreparedRunInput{input, {}}});
     }
 
     [[nodiscard]] QString nextInput() { return u"input "_s + QString::number(++m_runs); }
@@ -132,8 +131,7 @@ private:
             return static_cast<void>(
                 run.generating->gate.letOneOn(failureOf(UserFacingError(u"engine"_s))));
         case Event::EngineIsCancelled:
-            return static_cast<void>(
-                run.generating->gate.letOneOn(failureOf(CancellationError())));
+            return static_cast<void>(run.generating->gate.letOneOn(failureOf(CancellationError())));
         case Event::DeliveryAnswers:
             return static_cast<void>(run.delivering->gate.letOneOn());
         case Event::DeliveryFails:
@@ -192,8 +190,8 @@ private:
         const bool isShown = std::holds_alternative<EngineResult>(state)
             || std::holds_alternative<EngineError>(state);
         EXPECT_EQ(isShown, run.state->homePhase() == HomePhase::Output);
-        EXPECT_EQ(std::holds_alternative<EngineReady>(state),
-            run.state->homePhase() == HomePhase::Input);
+        EXPECT_EQ(
+            std::holds_alternative<EngineReady>(state), run.state->homePhase() == HomePhase::Input);
     }
 };
 

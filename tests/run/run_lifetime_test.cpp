@@ -1,12 +1,12 @@
-#include "run/run_fixture.h"
-
 #include "base/errors.h"
+#include "run/run_fixture.h"
 
 namespace velarc {
 namespace {
 
 // Where a run of a PDF action with a system destination can be waiting, in order.
-enum class Wait {
+enum class Wait
+{
     FirstTurn,
     Clipboard,
     PreparingPause,
@@ -18,7 +18,9 @@ enum class Wait {
     Delivery,
 };
 
-class RunLifetimeTest : public RunPipelineTest, public ::testing::WithParamInterface<Wait>
+class RunLifetimeTest
+    : public RunPipelineTest
+    , public ::testing::WithParamInterface<Wait>
 {
 protected:
     // Starts a run and brings it to the wait; false if it never gets there.
@@ -127,12 +129,12 @@ TEST_P(RunLifetimeTest, cancellingInThisWaitEndsTheRunAndItsRequest)
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryWait, RunLifetimeTest,
-    ::testing::Values(Wait::FirstTurn, Wait::Clipboard, Wait::PreparingPause,
-        Wait::PromptClipboard, Wait::SelectingPause, Wait::Engine, Wait::Export,
-        Wait::RoutingPause, Wait::Delivery));
+    ::testing::Values(Wait::FirstTurn, Wait::Clipboard, Wait::PreparingPause, Wait::PromptClipboard,
+        Wait::SelectingPause, Wait::Engine, Wait::Export, Wait::RoutingPause, Wait::Delivery));
 
 // Keeps what a run without the canvas gave.
-struct ShortcutOutcome {
+struct ShortcutOutcome
+{
     std::optional<ResultPayload> payload;
     std::exception_ptr failure;
 };
@@ -167,7 +169,7 @@ protected:
 
 TEST_F(ShortcutRunTest, returnsThePayloadAndTouchesNeitherCanvasNorUsage)
 {
-    state().setHomeAutomationOptions({ true, true });
+    state().setHomeAutomationOptions({true, true});
     runOn(u"  hello "_s);
     EXPECT_EQ(outcomeText(), u"generated"_s);
     EXPECT_EQ(run.generating->textRequests.first().prompt, u"hello"_s);
@@ -185,7 +187,7 @@ TEST_F(ShortcutRunTest, returnsThePayloadAndTouchesNeitherCanvasNorUsage)
 TEST_F(ShortcutRunTest, blankInputGivesAnEmptyTextAtOnce)
 {
     runOn(u" \n"_s);
-    EXPECT_EQ(outcome->payload, ResultPayload(TextPayload {}));
+    EXPECT_EQ(outcome->payload, ResultPayload(TextPayload{}));
     EXPECT_TRUE(run.generating->textRequests.isEmpty());
 }
 
@@ -203,9 +205,9 @@ TEST_F(ShortcutRunTest, failureIsThrownAndTheRightToWriteGivenBack)
 TEST_F(ShortcutRunTest, imageOfAPdfActionIsPassedOnAsItIs)
 {
     action.outputFormat = OutputFormat::Pdf;
-    run.generating->answer.payload = ImagePayload { QByteArrayLiteral("png") };
+    run.generating->answer.payload = ImagePayload{QByteArrayLiteral("png")};
     runOn(u"hello"_s);
-    EXPECT_EQ(outcome->payload, ResultPayload(ImagePayload { QByteArrayLiteral("png") }));
+    EXPECT_EQ(outcome->payload, ResultPayload(ImagePayload{QByteArrayLiteral("png")}));
     EXPECT_TRUE(run.delivering->exports.isEmpty());
 }
 

@@ -65,7 +65,7 @@ TEST_F(RunPipelineTest, runThatFindsNoInputLeavesTheEarlierActionAndInputAsTheyW
     startOn(u"first"_s);
     letRunGoOn();
     state().setQuickInput(QString());
-    pipeline().startRun(testAction(u"Other"_s), SmartInput {});
+    pipeline().startRun(testAction(u"Other"_s), SmartInput{});
     letRunGoOn();
     EXPECT_EQ(pipeline().activeAction()->name, u"Sort Things"_s);
     EXPECT_EQ(pipeline().lastPreparedInput()->userText, u"first"_s);
@@ -73,8 +73,8 @@ TEST_F(RunPipelineTest, runThatFindsNoInputLeavesTheEarlierActionAndInputAsTheyW
 
 TEST_F(RunPipelineTest, clipboardWithoutUsableContentCountsAsNoInputAndItsNoticesAreShown)
 {
-    run.clipboard->payload.fileURLs = { QUrl(u"file:///notes.docx"_s) };
-    run.clipboard->intake.notices = { u"one"_s, u"two"_s };
+    run.clipboard->payload.fileURLs = {QUrl(u"file:///notes.docx"_s)};
+    run.clipboard->intake.notices = {u"one"_s, u"two"_s};
     startOn(QString());
     letRunGoOn();
     EXPECT_EQ(state().inputAttachmentNotice(), u"one\ntwo"_s);
@@ -94,7 +94,7 @@ TEST_F(RunPipelineTest, clipboardOnlyIgnoresTheCanvas)
 {
     run.clipboard->payload.text = u"clip"_s;
     state().setQuickInput(u"canvas"_s);
-    pipeline().startRun(action, ClipboardOnlyInput {});
+    pipeline().startRun(action, ClipboardOnlyInput{});
     letRunGoOn();
     EXPECT_EQ(pipeline().lastPreparedInput()->userText, u"clip"_s);
 }
@@ -102,7 +102,7 @@ TEST_F(RunPipelineTest, clipboardOnlyIgnoresTheCanvas)
 TEST_F(RunPipelineTest, clipboardAttachmentsTravelWithTheRun)
 {
     run.clipboard->payload.imagePNGData = QByteArrayLiteral("png");
-    run.clipboard->intake.attachments = { imageNamed(u"clipboard.png"_s) };
+    run.clipboard->intake.attachments = {imageNamed(u"clipboard.png"_s)};
     startOn(QString());
     letRunGoOn();
     EXPECT_EQ(state().quickAttachments(), run.clipboard->intake.attachments);
@@ -111,7 +111,7 @@ TEST_F(RunPipelineTest, clipboardAttachmentsTravelWithTheRun)
 
 TEST_F(RunPipelineTest, whiteSpaceOnTheCanvasWithAttachmentsRunsWithAnEmptyText)
 {
-    state().setQuickAttachments({ imageNamed(u"a.png"_s) });
+    state().setQuickAttachments({imageNamed(u"a.png"_s)});
     startOn(u"  \t"_s);
     letRunGoOn();
     EXPECT_EQ(pipeline().lastPreparedInput()->userText, QString());
@@ -121,9 +121,9 @@ TEST_F(RunPipelineTest, whiteSpaceOnTheCanvasWithAttachmentsRunsWithAnEmptyText)
 
 TEST_F(RunPipelineTest, explicitTextIsTakenAsItStandsAndReplacesTheCanvas)
 {
-    state().setQuickAttachments({ imageNamed(u"a.png"_s) });
-    const PreparedRunInput given { u"  spaced "_s, {} };
-    pipeline().startRun(action, ExplicitInput { given });
+    state().setQuickAttachments({imageNamed(u"a.png"_s)});
+    const PreparedRunInput given{u"  spaced "_s, {}};
+    pipeline().startRun(action, ExplicitInput{given});
     letRunGoOn();
     EXPECT_EQ(state().quickInput(), u"  spaced "_s);
     EXPECT_TRUE(state().quickAttachments().isEmpty());
@@ -132,7 +132,7 @@ TEST_F(RunPipelineTest, explicitTextIsTakenAsItStandsAndReplacesTheCanvas)
 
 TEST_F(RunPipelineTest, explicitInputWithoutContentIsNoInput)
 {
-    pipeline().startRun(action, ExplicitInput { PreparedRunInput { u" "_s, {} } });
+    pipeline().startRun(action, ExplicitInput{PreparedRunInput{u" "_s, {}}});
     letRunGoOn();
     EXPECT_EQ(note(), u"Nothing to run yet. Type input, paste, or drop PNG/PDF/SVG."_s);
 }
@@ -141,7 +141,7 @@ TEST_F(RunPipelineTest, everyRunSelectsItsActionAndMarksTheHint)
 {
     startOn(u"hello"_s);
     letRunGoOn();
-    EXPECT_EQ(run.selection->selected, QList<QUuid> { action.id });
+    EXPECT_EQ(run.selection->selected, QList<QUuid>{action.id});
     EXPECT_EQ(run.selection->hintsMarked, 1);
 }
 
@@ -164,12 +164,15 @@ TEST_F(RunPipelineTest, twoStepsStandForNinetyMillisecondsEach)
     EXPECT_EQ(shownText(), u"generated"_s);
 }
 
-struct RoutingStepRow {
+struct RoutingStepRow
+{
     SystemDestinationKind kind;
     const char16_t *step;
 };
 
-class RoutingStepTest : public RunPipelineTest, public ::testing::WithParamInterface<RoutingStepRow>
+class RoutingStepTest
+    : public RunPipelineTest
+    , public ::testing::WithParamInterface<RoutingStepRow>
 {
 };
 
@@ -192,23 +195,23 @@ TEST_P(RoutingStepTest, systemDestinationHasAThirdStepOfNinetyMilliseconds)
 using Kind = SystemDestinationKind;
 
 INSTANTIATE_TEST_SUITE_P(EveryKind, RoutingStepTest,
-    ::testing::Values(RoutingStepRow { Kind::CalendarCreateEvent, u"Routing to Calendar" },
-        RoutingStepRow { Kind::CalendarListUpcomingEvents, u"Routing to Calendar" },
-        RoutingStepRow { Kind::CalendarEditEvent, u"Routing to Calendar" },
-        RoutingStepRow { Kind::CalendarDeleteEvent, u"Routing to Calendar" },
-        RoutingStepRow { Kind::MailCompose, u"Routing to Mail" },
-        RoutingStepRow { Kind::MailListInboxThreads, u"Routing to Mail" },
-        RoutingStepRow { Kind::MailSearchMessages, u"Routing to Mail" },
-        RoutingStepRow { Kind::MessagesCompose, u"Routing to Messages" },
-        RoutingStepRow { Kind::MessagesSearchConversations, u"Routing to Messages" },
-        RoutingStepRow { Kind::MessagesEditScheduled, u"Routing to Messages" },
-        RoutingStepRow { Kind::MessagesUnsendRecent, u"Routing to Messages" }));
+    ::testing::Values(RoutingStepRow{Kind::CalendarCreateEvent, u"Routing to Calendar"},
+        RoutingStepRow{Kind::CalendarListUpcomingEvents, u"Routing to Calendar"},
+        RoutingStepRow{Kind::CalendarEditEvent, u"Routing to Calendar"},
+        RoutingStepRow{Kind::CalendarDeleteEvent, u"Routing to Calendar"},
+        RoutingStepRow{Kind::MailCompose, u"Routing to Mail"},
+        RoutingStepRow{Kind::MailListInboxThreads, u"Routing to Mail"},
+        RoutingStepRow{Kind::MailSearchMessages, u"Routing to Mail"},
+        RoutingStepRow{Kind::MessagesCompose, u"Routing to Messages"},
+        RoutingStepRow{Kind::MessagesSearchConversations, u"Routing to Messages"},
+        RoutingStepRow{Kind::MessagesEditScheduled, u"Routing to Messages"},
+        RoutingStepRow{Kind::MessagesUnsendRecent, u"Routing to Messages"}));
 
 TEST_F(RunPipelineTest, beginningARunClearsWhatTheLastOneLeft)
 {
     state().setStatusNote(u"old note"_s);
     state().setRefinePrompt(u"shorter"_s);
-    state().setLatestRunDebugInfo(GenerationDebugInfo {});
+    state().setLatestRunDebugInfo(GenerationDebugInfo{});
     state().setSuggestedConnectionProvider(AIProvider::OpenAI);
     startOn(u"hello"_s);
     turnEventLoop();
@@ -223,7 +226,7 @@ TEST_F(RunPipelineTest, beginningARunClearsWhatTheLastOneLeft)
 TEST_F(RunPipelineTest, promptHoldsTheInputAndAttachmentsPlayNoPartInIt)
 {
     action.systemPrompt = u"Sort: {User_Input}"_s;
-    state().setQuickAttachments({ imageNamed(u"a.png"_s) });
+    state().setQuickAttachments({imageNamed(u"a.png"_s)});
     startOn(u"b a"_s);
     letRunGoOn();
     EXPECT_EQ(run.generating->textRequests.first().prompt, u"Sort: b a"_s);
@@ -273,11 +276,11 @@ TEST_F(RunPipelineTest, labelOfTheResultIsTheEngineThatReallyRan)
 
 TEST_F(RunPipelineTest, labelAndDetailsOfDeliveryReplaceTheEngines)
 {
-    run.generating->answer.debugInfo = GenerationDebugInfo { u"engine"_s, {}, {} };
+    run.generating->answer.debugInfo = GenerationDebugInfo{u"engine"_s, {}, {}};
     RoutedExecutionResult routed;
-    routed.payload = TextPayload { u"Event created."_s };
+    routed.payload = TextPayload{u"Event created."_s};
     routed.providerLabel = u"Calendar"_s;
-    routed.debugInfo = GenerationDebugInfo { u"calendar"_s, {}, {} };
+    routed.debugInfo = GenerationDebugInfo{u"calendar"_s, {}, {}};
     run.delivering->answer = routed;
     startOn(u"hello"_s);
     letRunGoOn();
@@ -288,7 +291,7 @@ TEST_F(RunPipelineTest, labelAndDetailsOfDeliveryReplaceTheEngines)
 
 TEST_F(RunPipelineTest, detailsOfTheEngineStandWhereDeliveryHasNone)
 {
-    run.generating->answer.debugInfo = GenerationDebugInfo { u"engine"_s, {}, {} };
+    run.generating->answer.debugInfo = GenerationDebugInfo{u"engine"_s, {}, {}};
     startOn(u"hello"_s);
     letRunGoOn();
     EXPECT_EQ(state().latestRunDebugInfo()->requestText, u"engine"_s);
@@ -297,7 +300,7 @@ TEST_F(RunPipelineTest, detailsOfTheEngineStandWhereDeliveryHasNone)
 TEST_F(RunPipelineTest, imageActionTakesTheImagePathWithoutAttachments)
 {
     action.outputFormat = OutputFormat::Image;
-    run.generating->answer.payload = ImagePayload { QByteArrayLiteral("png") };
+    run.generating->answer.payload = ImagePayload{QByteArrayLiteral("png")};
     startOn(u"a cat"_s);
     letRunGoOn();
     EXPECT_EQ(run.generating->imageRequests.size(), 1);
@@ -340,7 +343,7 @@ TEST_F(RunPipelineTest, pdfOfAnActionWithABlankNameHasATitleOfItsOwn)
 TEST_F(RunPipelineTest, pdfPayloadIsExportedAgainFromItsPreviewText)
 {
     action.outputFormat = OutputFormat::Pdf;
-    run.generating->answer.payload = PdfPayload { QUrl(u"file:///engine.pdf"_s), u"preview"_s };
+    run.generating->answer.payload = PdfPayload{QUrl(u"file:///engine.pdf"_s), u"preview"_s};
     startOn(u"hello"_s);
     letRunGoOn();
     EXPECT_EQ(run.delivering->exports.first().first, u"preview"_s);
@@ -349,7 +352,7 @@ TEST_F(RunPipelineTest, pdfPayloadIsExportedAgainFromItsPreviewText)
 TEST_F(RunPipelineTest, imageWhereAPdfWasAskedForFailsTheRun)
 {
     action.outputFormat = OutputFormat::Pdf;
-    run.generating->answer.payload = ImagePayload { QByteArrayLiteral("png") };
+    run.generating->answer.payload = ImagePayload{QByteArrayLiteral("png")};
     startOn(u"hello"_s);
     letRunGoOn();
     EXPECT_EQ(shownError()->message, u"Request failed for provider Local Preview Engine."_s);
@@ -420,14 +423,17 @@ TEST_F(RunPipelineTest, missingConnectionIsOfferedAndTheInputIsKeptForRetry)
     EXPECT_EQ(pipeline().lastPreparedInput()->userText, u"hello"_s);
 }
 
-struct SuggestionRow {
+struct SuggestionRow
+{
     OutputFormat format;
     AIProvider provider;
     bool openAIIsConnected;
     bool suggestsOpenAI;
 };
 
-class SuggestionTest : public RunPipelineTest, public ::testing::WithParamInterface<SuggestionRow>
+class SuggestionTest
+    : public RunPipelineTest
+    , public ::testing::WithParamInterface<SuggestionRow>
 {
 };
 
@@ -443,16 +449,16 @@ TEST_P(SuggestionTest, failedOnDeviceImageSuggestsOpenAIOnlyIfItIsNotConnected)
     letRunGoOn();
     run.generating->gate.letOneOn(failureOf(UserFacingError(u"no"_s)));
     turnEventLoop();
-    EXPECT_EQ(state().suggestedConnectionProvider() == AIProvider::OpenAI,
-        GetParam().suggestsOpenAI);
+    EXPECT_EQ(
+        state().suggestedConnectionProvider() == AIProvider::OpenAI, GetParam().suggestsOpenAI);
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryCombination, SuggestionTest,
     ::testing::Values(
-        SuggestionRow { OutputFormat::Image, AIProvider::AppleIntelligence, false, true },
-        SuggestionRow { OutputFormat::Image, AIProvider::AppleIntelligence, true, false },
-        SuggestionRow { OutputFormat::Text, AIProvider::AppleIntelligence, false, false },
-        SuggestionRow { OutputFormat::Image, AIProvider::Gemini, false, false }));
+        SuggestionRow{OutputFormat::Image, AIProvider::AppleIntelligence, false, true},
+        SuggestionRow{OutputFormat::Image, AIProvider::AppleIntelligence, true, false},
+        SuggestionRow{OutputFormat::Text, AIProvider::AppleIntelligence, false, false},
+        SuggestionRow{OutputFormat::Image, AIProvider::Gemini, false, false}));
 
 TEST_F(RunPipelineTest, failureWithoutASentenceOfItsOwnShowsWhatItSays)
 {
@@ -469,19 +475,18 @@ TEST_F(RunPipelineTest, secondRunDuringTheFirstLeavesNoTraceOfTheFirst)
     run.generating->gate.close();
     startOn(u"first"_s);
     letRunGoOn();
-    pipeline().startRun(testAction(u"Other"_s), SmartInput {});
+    pipeline().startRun(testAction(u"Other"_s), SmartInput{});
     run.generating->answer = textResult(u"second"_s);
     QStringList seen;
-    QObject::connect(&state(), &AppState::engineStateChanged, &state(), [&] {
-        seen.append(step() + shownText() + (shownError() ? u"error"_s : QString()));
-    });
+    QObject::connect(&state(), &AppState::engineStateChanged, &state(),
+        [&] { seen.append(step() + shownText() + (shownError() ? u"error"_s : QString())); });
     letRunGoOn();
     run.generating->gate.open();
     letRunGoOn();
     EXPECT_EQ(shownText(), u"second"_s);
     EXPECT_EQ(seen,
-        (QStringList { u"Preparing payload"_s, u"Selecting provider"_s, u"Generating"_s,
-            u"second"_s }));
+        (QStringList{
+            u"Preparing payload"_s, u"Selecting provider"_s, u"Generating"_s, u"second"_s}));
     EXPECT_EQ(state().statusNote(), std::nullopt);
 }
 
@@ -635,29 +640,28 @@ TEST_F(RunPipelineTest, newRunFromAShownResultDoesNotPassThroughTheCanvas)
 
 TEST_F(RunPipelineTest, automaticCopySaysSoAndShowsTheToast)
 {
-    state().setHomeAutomationOptions({ true, true });
+    state().setHomeAutomationOptions({true, true});
     startOn(u"hello"_s);
     letRunGoOn();
-    EXPECT_EQ(run.delivering->copied, QList<ResultPayload> { TextPayload { u"generated"_s } });
+    EXPECT_EQ(run.delivering->copied, QList<ResultPayload>{TextPayload{u"generated"_s}});
     EXPECT_EQ(note(), u"Output copied to clipboard automatically."_s);
-    EXPECT_EQ(run.delivering->toasts, QStringList { u"Response copied"_s });
+    EXPECT_EQ(run.delivering->toasts, QStringList{u"Response copied"_s});
 }
 
 TEST_F(RunPipelineTest, automaticCopyFollowsAFallbackNoteInTheSameLine)
 {
-    state().setHomeAutomationOptions({ true, true });
+    state().setHomeAutomationOptions({true, true});
     run.generating->noteBeforeWaiting = u"OpenAI was used instead."_s;
     startOn(u"hello"_s);
     letRunGoOn();
-    EXPECT_EQ(
-        note(), u"OpenAI was used instead. Output copied to clipboard automatically."_s);
+    EXPECT_EQ(note(), u"OpenAI was used instead. Output copied to clipboard automatically."_s);
 }
 
 TEST_F(RunPipelineTest, destinationThatCopiedAlreadyIsNotCopiedAgain)
 {
-    state().setHomeAutomationOptions({ true, true });
+    state().setHomeAutomationOptions({true, true});
     RoutedExecutionResult routed;
-    routed.payload = TextPayload { u"generated"_s };
+    routed.payload = TextPayload{u"generated"_s};
     routed.copiedByDestination = true;
     run.delivering->answer = routed;
     run.delivering->noteOfDestination = u"Output copied to clipboard."_s;
@@ -670,7 +674,7 @@ TEST_F(RunPipelineTest, destinationThatCopiedAlreadyIsNotCopiedAgain)
 
 TEST_F(RunPipelineTest, clipboardThatTakesNothingLeavesNoteAndToastAway)
 {
-    state().setHomeAutomationOptions({ true, true });
+    state().setHomeAutomationOptions({true, true});
     run.delivering->copies = false;
     startOn(u"hello"_s);
     letRunGoOn();

@@ -1,6 +1,5 @@
-#include "support/app_world.h"
-
 #include "base/uuid.h"
+#include "support/app_world.h"
 #include "support/environment.h"
 
 namespace velarc {
@@ -102,16 +101,15 @@ TEST_F(StartUpTest, storedSelectionOfADeletedActionFallsToTheFirstInDisplayOrder
     launch();
     const QUuid expected = actionNamed(u"One-Sentence Summary"_s).id;
     EXPECT_EQ(viewModel->selectedActionID(), expected);
-    EXPECT_EQ(
-        storedDocument(kLayoutKey)["selectedActionID"], uuidText(expected).toStdString());
+    EXPECT_EQ(storedDocument(kLayoutKey)["selectedActionID"], uuidText(expected).toStdString());
 }
 
 TEST_F(StartUpTest, storedSelectionOfAVisibleActionStandsAndNothingIsWritten)
 {
     launch();
     const QUuid chosen = actionNamed(u"Git Ideas"_s).id;
-    const QByteArray layout
-        = "{\"selectedActionID\":\"" + uuidText(chosen).toLatin1() + "\", \"note\":1}";
+    const QByteArray layout =
+        "{\"selectedActionID\":\"" + uuidText(chosen).toLatin1() + "\", \"note\":1}";
     domain->setBytes(kLayoutKey, layout);
     launch();
     EXPECT_EQ(viewModel->selectedActionID(), chosen);
@@ -132,14 +130,14 @@ TEST_F(StartUpTest, pasteAutomationIsSwitchedOnOnceAndALaterChoiceStands)
 {
     storeDocument(kOptionsKey, "{\"autoRunOnPaste\":false,\"autoCopyResult\":true}");
     launch();
-    EXPECT_EQ(viewModel->homeAutomationOptions(), (HomeAutomationOptions { true, true }));
+    EXPECT_EQ(viewModel->homeAutomationOptions(), (HomeAutomationOptions{true, true}));
     EXPECT_EQ(storedDocument(kOptionsKey)["autoRunOnPaste"], true);
     EXPECT_TRUE(domain->boolean(kPasteMigrationKey));
 
-    viewModel->setHomeAutomationOptions({ false, true });
+    viewModel->setHomeAutomationOptions({false, true});
     viewModel->library().saveAutomationOptions();
     launch();
-    EXPECT_EQ(viewModel->homeAutomationOptions(), (HomeAutomationOptions { false, true }));
+    EXPECT_EQ(viewModel->homeAutomationOptions(), (HomeAutomationOptions{false, true}));
 }
 
 TEST_F(StartUpTest, ledgerOfYesterdayGivesWayToAnEmptyOneOfTodayAndIsSaved)
@@ -164,8 +162,10 @@ TEST_F(StartUpTest, ledgerOfTodayIsKept)
 TEST_F(StartUpTest, systemActionInPdfFormatIsShownAndStoredAsText)
 {
     domain->setBytes(kActionsKey,
-        '[' + actionJson(first, "Mail It",
-            "\"outputFormat\":\"pdf\",\"actionDestination\":\"mailCompose\"") + ']');
+        '['
+            + actionJson(
+                first, "Mail It", "\"outputFormat\":\"pdf\",\"actionDestination\":\"mailCompose\"")
+            + ']');
     launch();
     EXPECT_EQ(actionNamed(u"Mail It"_s).outputFormat, OutputFormat::Text);
     EXPECT_EQ(storedActionNamed("Mail It")["outputFormat"], "text");
@@ -241,7 +241,7 @@ TEST_F(StartUpTest, layoutComesBack)
     viewModel->library().openMoreSheet();
     launch();
     EXPECT_EQ(viewModel->selectedActionID(), actionNamed(u"Git Ideas"_s).id);
-    EXPECT_EQ(viewModel->recentActionIDs(), QList<QUuid> { actionNamed(u"Git Ideas"_s).id });
+    EXPECT_EQ(viewModel->recentActionIDs(), QList<QUuid>{actionNamed(u"Git Ideas"_s).id});
     EXPECT_EQ(viewModel->engineRoomSection(), EngineRoomSection::Advanced);
     EXPECT_TRUE(viewModel->homeHintState().hasSeenMoreMenuHint);
     EXPECT_TRUE(viewModel->homeHintState().hasSeenChangeActionHint);
@@ -251,8 +251,8 @@ TEST_F(StartUpTest, layoutComesBack)
 
 TEST_F(StartUpTest, garbageUnderEveryKeyStartsWithDefaultsAndSaysNothing)
 {
-    for (const char *key : { kActionsKey, kLayoutKey, kOptionsKey, kSettingsKey, kConnectionsKey,
-             kLedgerKey, kPasteMigrationKey, kNewRunKey }) {
+    for (const char *key : {kActionsKey, kLayoutKey, kOptionsKey, kSettingsKey, kConnectionsKey,
+             kLedgerKey, kPasteMigrationKey, kNewRunKey}) {
         storeDocument(key, "\xFF{[garbage");
     }
     launch();
@@ -278,12 +278,12 @@ TEST_F(StartUpTest, availabilityOfTheOnDeviceModelIsAskedAtStart)
     model->general = OnDeviceAvailability::NotEnabled;
     launch();
     EXPECT_EQ(viewModel->appleIntelligenceStatus(),
-        (AppleIntelligenceStatusSnapshot {
-            false, u"Unavailable"_s, u"Enable Apple Intelligence in system settings"_s }));
+        (AppleIntelligenceStatusSnapshot{
+            false, u"Unavailable"_s, u"Enable Apple Intelligence in system settings"_s}));
     model->general = OnDeviceAvailability::Available;
     viewModel->connections().refreshAppleIntelligenceStatus();
     EXPECT_EQ(viewModel->appleIntelligenceStatus(),
-        (AppleIntelligenceStatusSnapshot { true, u"Available"_s, u"Ready on this Mac"_s }));
+        (AppleIntelligenceStatusSnapshot{true, u"Available"_s, u"Ready on this Mac"_s}));
 }
 
 TEST_F(StartUpTest, dayTurnsAtLocalMidnight)

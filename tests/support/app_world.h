@@ -23,14 +23,14 @@ class AppWorld : public ::testing::Test
 protected:
     std::shared_ptr<FakeClock> clock = std::make_shared<FakeClock>();
     std::shared_ptr<MemoryDefaultsDomain> domain = std::make_shared<MemoryDefaultsDomain>();
-    std::shared_ptr<const LocalStore> store
-        = std::make_shared<const LocalStore>(domain, &builtInActions);
+    std::shared_ptr<const LocalStore> store =
+        std::make_shared<const LocalStore>(domain, &builtInActions);
     std::shared_ptr<ScriptedOpenAI> openAI = std::make_shared<ScriptedOpenAI>();
     std::shared_ptr<ScriptedGemini> gemini = std::make_shared<ScriptedGemini>();
     std::shared_ptr<ScriptedAnthropic> anthropic = std::make_shared<ScriptedAnthropic>();
     std::shared_ptr<ScriptedOnDevice> onDevice = std::make_shared<ScriptedOnDevice>();
-    std::shared_ptr<ScriptedOnDeviceImages> onDeviceImages
-        = std::make_shared<ScriptedOnDeviceImages>();
+    std::shared_ptr<ScriptedOnDeviceImages> onDeviceImages =
+        std::make_shared<ScriptedOnDeviceImages>();
     std::shared_ptr<ScriptedOnDeviceModel> model = std::make_shared<ScriptedOnDeviceModel>();
     std::shared_ptr<MemoryCredentialStore> keys = std::make_shared<MemoryCredentialStore>();
     std::shared_ptr<ScriptedClipboard> clipboard = std::make_shared<ScriptedClipboard>();
