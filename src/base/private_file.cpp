@@ -1,0 +1,50 @@
+#include "base/private_file.h"
+
+#include <QFile>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace velarc {
+
+namespace {
+
+bool writeAll(int descriptor, QByteArrayView bytes)
+{
+    while (!bytes.isEmpty()) {
+        const ssize_t written
+            = ::write(descriptor, bytes.data(), static_cast<std::size_t>(bytes.size()));
+        if (written < 0 && errno == EINTR) {
+            continue;
+        }
+        if (written <= 0) {
+            return false;
+        }
+        bytes = bytes.mid(written);
+    }
+    return true;
+}
+
+} // namespace
+
+bool writeNewPrivateFile(const QString &path, QByteArrayView bytes)
+{
+    const QByteArray name = QFile::encodeName(path);
+    constexpr mode_t kOwnerOnly = S_IRUSR | S_IWUSR;
+    // With O_EXCL a link under the name is an existing file, wherever it leads.
+    const int descriptor = ::open(
+        name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kOwnerOnly);
+    if (descriptor < 0) {
+        return false;
+    }
+    const bool isWritten = writeAll(descriptor, bytes);
+    const bool isClosed = ::close(descriptor) == 0;
+    if (isWritten && isClosed) {
+        return true;
+    }
+    ::unlink(name.constData());
+    return false;
+}
+
+} // namespace velarc

@@ -1,0 +1,15 @@
+#pragma once
+
+// Files that hold what only their user may read.
+
+#include <QByteArrayView>
+#include <QString>
+
+namespace velarc {
+
+// Writes a new file of mode 0600. A file or a link that stands under the name already is left
+// alone, and nothing is written then. A write that breaks off leaves nothing behind. Any thread;
+// false for every failure.
+[[nodiscard]] bool writeNewPrivateFile(const QString &path, QByteArrayView bytes);
+
+} // namespace velarc
