@@ -69,15 +69,8 @@ bool TaskScope::finish(std::chrono::milliseconds bound)
     }
     QEventLoop loop;
     m_members->drain = &loop;
-    QTimer deadline;
-    deadline.setSingleShot(true);
-    QObject::connect(&deadline, &QTimer::timeout, &loop, &QEventLoop::quit);
-    deadline.start(bound);
+    QTimer::singleShot(bound, &loop, &QEventLoop::quit);
     loop.exec();
-    // A quit() of the application ends every loop, but the tasks still use what is there.
-    while (!m_members->running.empty() && deadline.isActive()) {
-        loop.processEvents(QEventLoop::WaitForMoreEvents);
-    }
     m_members->drain = nullptr;
     return m_members->running.empty();
 }

@@ -63,8 +63,7 @@ public:
     [[nodiscard]] std::size_t running() const;
 
     // Stops every task, and those that enter meanwhile, then turns the event loop until none is
-    // left or `bound` has passed, also when the application is told to quit. Returns whether none
-    // is left.
+    // left or `bound` has passed. Returns whether none is left.
     bool finish(std::chrono::milliseconds bound = std::chrono::seconds(2));
 
 private:

@@ -21,7 +21,7 @@ bool writeAll(int descriptor, QByteArrayView bytes)
         if (written <= 0) {
             return false;
         }
-        bytes = bytes.mid(written);
+        bytes = bytes.sliced(written);
     }
     return true;
 }

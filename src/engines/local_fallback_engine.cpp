@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "engines/local_fallback_invoice.h"
+#include "engines/local_fallback_templates.h"
 #include "engines/local_fallback_texts.h"
 #include "engines/text_pieces.h"
 

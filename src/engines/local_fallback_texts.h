@@ -1,18 +1,10 @@
 #pragma once
 
-// The wording of the Local Preview Engine.
+// The other wording of the Local Preview Engine: lists, the visual concept, single phrases.
 
 #include <QStringView>
 
 namespace velarc::local_fallback {
-
-// A text around one value: the input, or the phrase where there is none.
-struct FixedTemplate
-{
-    QStringView phrase;
-    QStringView prefix;
-    QStringView suffix;
-};
 
 // The value stands behind each of the first two parts.
 struct ConceptTemplate
@@ -23,6 +15,22 @@ struct ConceptTemplate
     QStringView ending;
 };
 
+inline constexpr ConceptTemplate kVisualConcept{
+    u"a modern product concept",
+    uR"(## Concept
+Create an expressive, distinctive visual around: )",
+    uR"(
+
+## Style Notes
+- Strong silhouette and clear focal point
+- High contrast palette with one accent color
+- Minimal visual noise, high recognizability at small sizes
+
+## Final Prompt
+"Design a premium-quality visual for )",
+    uR"(, with dramatic lighting, clean geometry, tactile texture, and a polished finish.")",
+};
+
 // A list between two texts, and what stands there when there is nothing to list.
 struct ListTemplate
 {
@@ -31,20 +39,36 @@ struct ListTemplate
     QStringView suffix;
 };
 
-extern const FixedTemplate kBrainstorm;
-extern const FixedTemplate kMealPlan;
-extern const FixedTemplate kWeeklyPlan;
-extern const FixedTemplate kJoke;
-extern const FixedTemplate kEmailReply;
-extern const ConceptTemplate kVisualConcept;
 // The text for an empty list is the whole output.
-extern const ListTemplate kKeyPoints;
+inline constexpr ListTemplate kKeyPoints{
+    u"- No text detected to summarize.",
+    u"## Key Points\n",
+    uR"(
+
+## Risks / Caveats
+- Local fallback is active, so output is heuristic.
+
+## Recommended Next Actions
+- Connect OpenAI, Gemini, or Anthropic in Engine Room for model-based responses.)",
+};
+
 // The text for an empty list takes the list's place.
-extern const ListTemplate kActionItems;
-extern const FixedTemplate kMergeRequest;
-extern const QStringView kNothingToSummarize;
-extern const QStringView kEmptyLineTable;
-extern const QStringView kPreviewHeader;
-extern const QStringView kNoInput;
+inline constexpr ListTemplate kActionItems{
+    u"- [ ] Add actionable next steps",
+    uR"(## Decisions
+- Team aligned on next deliverables.
+
+## Action Items
+)",
+    uR"(
+
+## Owners & Deadlines
+- Assign one owner and due date to each item.)",
+};
+
+inline constexpr QStringView kNothingToSummarize = u"No content provided to summarize";
+inline constexpr QStringView kEmptyLineTable = u"{\n  \"empty_input\": \"\"\n}";
+inline constexpr QStringView kPreviewHeader = u"[Local Preview Response]\nAction: ";
+inline constexpr QStringView kNoInput = u"No input provided.";
 
 } // namespace velarc::local_fallback

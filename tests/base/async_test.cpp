@@ -3,7 +3,6 @@
 #include "base/errors.h"
 #include "fakes/fake_clock.h"
 
-#include <QCoreApplication>
 #include <QCoroTask>
 #include <QTimer>
 
@@ -163,21 +162,6 @@ TEST(TaskScope, aTaskThatEntersWhileItFinishesIsStoppedToo)
         wakeup->fire();
     });
     EXPECT_TRUE(scope.finish(kLongEnough));
-}
-
-TEST(TaskScope, finishWaitsOnWhenTheApplicationIsToldToQuit)
-{
-    TaskScope scope;
-    const auto wakeup = std::make_shared<Wakeup>();
-    runUntilWoken(&scope, wakeup);
-    bool finished = false;
-    QTimer::singleShot(0, [&scope, &finished] { finished = scope.finish(kLongEnough); });
-    QTimer::singleShot(0, [wakeup] {
-        QCoreApplication::quit();
-        QTimer::singleShot(0, [wakeup] { wakeup->fire(); });
-    });
-    QCoreApplication::exec();
-    EXPECT_TRUE(finished);
 }
 
 TEST(TaskScope, ticketsMayOutliveTheScope)

@@ -1,8 +1,20 @@
-#include "engines/local_fallback_texts.h"
+#pragma once
+
+// The texts of the Local Preview Engine that surround one value.
+
+#include <QStringView>
 
 namespace velarc::local_fallback {
 
-constinit const FixedTemplate kBrainstorm{
+// A text around one value: the input, or the phrase where there is none.
+struct FixedTemplate
+{
+    QStringView phrase;
+    QStringView prefix;
+    QStringView suffix;
+};
+
+inline constexpr FixedTemplate kBrainstorm{
     u"the current goal",
     u"## Brainstorm Ideas for ",
     uR"(
@@ -15,7 +27,7 @@ constinit const FixedTemplate kBrainstorm{
 - Wildcard: pair this idea with a niche audience and premium positioning.)",
 };
 
-constinit const FixedTemplate kMealPlan{
+inline constexpr FixedTemplate kMealPlan{
     u"balanced and quick meals",
     u"## 3-Day Meal Plan (",
     uR"()
@@ -42,7 +54,7 @@ Ingredients: mixed vegetables, tofu/chicken, soy sauce, garlic, sesame oil.
 Steps: saute protein, add vegetables, season, cook 6-8 min, serve over rice.)",
 };
 
-constinit const FixedTemplate kWeeklyPlan{
+inline constexpr FixedTemplate kWeeklyPlan{
     u"your current goal",
     uR"(## Personalized Weekly Plan
 ### Top Priorities
@@ -60,7 +72,7 @@ constinit const FixedTemplate kWeeklyPlan{
 Share your top 3 tasks each morning with a partner or notes app.)",
 };
 
-constinit const FixedTemplate kJoke{
+inline constexpr FixedTemplate kJoke{
     u"AI",
     u"I asked my ",
     uR"( assistant for a break, and it replied, "Great idea, should I schedule your procrastination too?"
@@ -68,7 +80,7 @@ constinit const FixedTemplate kJoke{
 Alternate: Why did the smart fridge join therapy? Too many unresolved leftovers.)",
 };
 
-constinit const FixedTemplate kEmailReply{
+inline constexpr FixedTemplate kEmailReply{
     u"your message",
     uR"(Subject: Quick Follow-Up
 
@@ -82,48 +94,7 @@ Optional follow-up question: Would tomorrow afternoon work for a 20-minute sync?
 Best,)",
 };
 
-constinit const ConceptTemplate kVisualConcept{
-    u"a modern product concept",
-    uR"(## Concept
-Create an expressive, distinctive visual around: )",
-    uR"(
-
-## Style Notes
-- Strong silhouette and clear focal point
-- High contrast palette with one accent color
-- Minimal visual noise, high recognizability at small sizes
-
-## Final Prompt
-"Design a premium-quality visual for )",
-    uR"(, with dramatic lighting, clean geometry, tactile texture, and a polished finish.")",
-};
-
-constinit const ListTemplate kKeyPoints{
-    u"- No text detected to summarize.",
-    u"## Key Points\n",
-    uR"(
-
-## Risks / Caveats
-- Local fallback is active, so output is heuristic.
-
-## Recommended Next Actions
-- Connect OpenAI, Gemini, or Anthropic in Engine Room for model-based responses.)",
-};
-
-constinit const ListTemplate kActionItems{
-    u"- [ ] Add actionable next steps",
-    uR"(## Decisions
-- Team aligned on next deliverables.
-
-## Action Items
-)",
-    uR"(
-
-## Owners & Deadlines
-- Assign one owner and due date to each item.)",
-};
-
-constinit const FixedTemplate kMergeRequest{
+inline constexpr FixedTemplate kMergeRequest{
     u"Update codebase",
     u"## Merge Request Title\n",
     uR"(
@@ -140,10 +111,5 @@ This change updates the code based on the provided diff/snippet.
 - [ ] Add/update tests relevant to this change.
 - [ ] Validate behavior in local environment.)",
 };
-
-constinit const QStringView kNothingToSummarize = u"No content provided to summarize";
-constinit const QStringView kEmptyLineTable = u"{\n  \"empty_input\": \"\"\n}";
-constinit const QStringView kPreviewHeader = u"[Local Preview Response]\nAction: ";
-constinit const QStringView kNoInput = u"No input provided.";
 
 } // namespace velarc::local_fallback
