@@ -17,12 +17,17 @@ struct HttpClient::Members
     std::vector<std::weak_ptr<HttpTransfer>> transfers;
     bool isGone = false;
 
-    std::shared_ptr<HttpTransfer> newTransfer(QList<QNetworkProxy> proxies)
+    // Those that can take one more transfer.
+    HttpConnections &liveConnections()
     {
         if (!connections || !connections->canTakeMore(limits.rest)) {
             connections = std::make_shared<HttpConnections>();
         }
-        connections->setProxies(std::move(proxies));
+        return *connections;
+    }
+
+    std::shared_ptr<HttpTransfer> newTransfer()
+    {
         auto transfer = std::make_shared<HttpTransfer>(limits, connections);
         std::erase_if(transfers, [](const auto &other) { return other.expired(); });
         transfers.push_back(transfer);
@@ -37,15 +42,18 @@ QCoro::Task<HttpReply> exchange(
 {
     throwIfStopped(stop);
     refuseUnsendable(request);
-    // A script of the network's owner may decide, and take its time.
-    auto lookUp = [url = request.url](std::stop_token) {
-        return QNetworkProxyFactory::systemProxyForQuery(QNetworkProxyQuery(url));
-    };
-    QList<QNetworkProxy> proxies = co_await members->proxySearch.run(std::move(lookUp), stop);
-    if (members->isGone) {
-        throw CancellationError();
+    if (!members->liveConnections().knowsProxies(request.url.host())) {
+        // A script of the network's owner may decide, and take its time.
+        auto lookUp = [url = request.url](std::stop_token) {
+            return QNetworkProxyFactory::systemProxyForQuery(QNetworkProxyQuery(url));
+        };
+        const auto proxies = co_await members->proxySearch.run(std::move(lookUp), stop);
+        if (members->isGone) {
+            throw CancellationError();
+        }
+        members->liveConnections().setProxies(request.url.host(), proxies);
     }
-    const auto transfer = members->newTransfer(std::move(proxies));
+    const auto transfer = members->newTransfer();
     transfer->start(std::move(request));
     {
         const std::stop_callback breakOff(stop, [transfer] { transfer->stop(); });

@@ -1,8 +1,9 @@
 #include "engines/http_connections.h"
 
-#include <time.h>
+#include <QHash>
+#include <QUrl>
 
-#include <utility>
+#include <time.h>
 
 namespace velarc {
 
@@ -24,9 +25,12 @@ std::chrono::nanoseconds timeSinceBoot()
 
 struct HttpConnections::Proxies final : QNetworkProxyFactory
 {
-    QList<QNetworkProxy> found{QNetworkProxy(QNetworkProxy::NoProxy)};
+    QHash<QString, QList<QNetworkProxy>> found;
 
-    QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery & /*query*/) override { return found; }
+    QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery &query) override
+    {
+        return found.value(query.url().host(), {QNetworkProxy(QNetworkProxy::NoProxy)});
+    }
 };
 
 HttpConnections::HttpConnections()
@@ -37,9 +41,14 @@ HttpConnections::HttpConnections()
     m_manager->setProxyFactory(m_proxies);
 }
 
-void HttpConnections::setProxies(QList<QNetworkProxy> proxies)
+bool HttpConnections::knowsProxies(const QString &host) const
 {
-    m_proxies->found = std::move(proxies);
+    return m_proxies->found.contains(host);
+}
+
+void HttpConnections::setProxies(const QString &host, const QList<QNetworkProxy> &proxies)
+{
+    m_proxies->found.insert(host, proxies);
 }
 
 void HttpConnections::leave()

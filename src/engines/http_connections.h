@@ -5,6 +5,7 @@
 #include <QList>
 #include <QNetworkAccessManager>
 #include <QNetworkProxy>
+#include <QString>
 
 #include <chrono>
 #include <memory>
@@ -21,8 +22,10 @@ public:
 
     [[nodiscard]] QNetworkAccessManager &manager() { return *m_manager; }
 
-    // The proxies for the request that is made next.
-    void setProxies(QList<QNetworkProxy> proxies);
+    // The proxies on the way to a host. They stand as long as the connections do; until they are
+    // set, no proxy is used.
+    [[nodiscard]] bool knowsProxies(const QString &host) const;
+    void setProxies(const QString &host, const QList<QNetworkProxy> &proxies);
 
     void enter() { ++m_transfers; }
     void leave();

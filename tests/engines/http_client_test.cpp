@@ -47,10 +47,11 @@ TEST_F(HttpClientTest, keyIsSentExactlyOnceBehindItsPrefix)
     server.answer(reply(200));
     send();
     QByteArray everything;
-    for (const auto &[name, value] : server.requests().first().headers) {
+    const ReceivedRequest received = server.requests().first();
+    for (const auto &[name, value] : received.headers) {
         everything += name + ": " + value + "\n";
     }
-    everything += server.requests().first().path + server.requests().first().body;
+    everything += received.path + received.body;
     EXPECT_EQ(everything.count("Authorization: Bearer canary-key\n"), 1);
     EXPECT_EQ(everything.count("canary"), 1);
 }
