@@ -1,0 +1,108 @@
+#include "engines/cloud_client.h"
+
+#include "engines/cloud_text.h"
+#include "engines/json_pretty.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+namespace velarc {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QCoro::Task<HttpReply> sendOnce(std::shared_ptr<HttpTransport> transport, HttpRequest request,
+    std::exception_ptr invalidResponse, std::stop_token stop)
+{
+    try {
+        co_return co_await transport->post(std::move(request), std::move(stop));
+    } catch (const NotHttpError &) {
+        std::rethrow_exception(invalidResponse);
+    }
+}
+
+qint64 counted(const std::optional<qint64> &reported)
+{
+    return std::max<qint64>(reported.value_or(0), 0);
+}
+
+// The sum of two counts, or the largest count where it would be larger.
+qint64 sumOf(qint64 left, qint64 right)
+{
+    const qint64 room = std::numeric_limits<qint64>::max() - left;
+    return left + std::min(right, room);
+}
+
+} // namespace
+
+std::optional<QString> CloudExchange::header(QByteArrayView name) const
+{
+    const auto value = reply.header(name);
+    return value ? std::optional(QString::fromUtf8(*value)) : std::nullopt;
+}
+
+QString CloudExchange::snippet() const
+{
+    return bodySnippet(reply.body, kBodySnippetLimit);
+}
+
+QCoro::Task<GenerationResult> performCall(
+    std::shared_ptr<CloudClient> client, CloudCall call, std::stop_token stop)
+{
+    const QByteArray body = co_await client->worker.run(call.body, stop);
+    if (!call.url.isValid()) {
+        std::rethrow_exception(call.invalidResponse);
+    }
+    KeyRedaction redaction(call.key.value);
+    HttpRequest request{call.url, call.headers, std::move(call.key), body};
+    HttpReply reply =
+        co_await sendOnce(client->transport, std::move(request), call.invalidResponse, stop);
+    CloudExchange exchange{body, std::move(reply), client->clock->now(), std::move(redaction)};
+    auto read = [exchange = std::move(exchange), result = call.result](
+                    const std::stop_token &stopped) mutable {
+        exchange.reply.body = exchange.redaction.of(exchange.reply.body);
+        return result(exchange, stopped);
+    };
+    co_return co_await client->worker.run(std::move(read), stop);
+}
+
+HttpHeaders jsonHeaders()
+{
+    return {{"Content-Type", "application/json"}};
+}
+
+QUrl addressOf(const QUrl &host, const QString &encodedPath)
+{
+    return QUrl(host.toString(QUrl::FullyEncoded | QUrl::StripTrailingSlash) + encodedPath,
+        QUrl::StrictMode);
+}
+
+TokenUsage countedTokens(const ReportedTokens &reported)
+{
+    const qint64 input = counted(reported.input);
+    const qint64 output = counted(reported.output);
+    const qint64 total = reported.total ? counted(reported.total) : sumOf(input, output);
+    return TokenUsage{input, output, total};
+}
+
+std::optional<TokenUsage> usageOf(const TokenUsage &counted)
+{
+    return counted.totalTokens < 1 ? std::nullopt : std::optional(counted);
+}
+
+GenerationDebugInfo debugInfoOf(const CloudExchange &exchange, const ShownRequest &request,
+    QList<DebugInfoRow> rows, const std::stop_token &stop)
+{
+    const QString requestText = u"Endpoint: POST "_s + request.endpoint + u"\nPrompt:\n"_s
+        + request.prompt + u"\n\nRequest JSON:\n"_s + prettyJSONText(exchange.requestBody, stop);
+    const QString responseText = prettyJSONText(exchange.reply.body, stop);
+    for (DebugInfoRow &row : rows) {
+        row.value = exchange.redaction.of(row.value);
+    }
+    return GenerationDebugInfo{
+        exchange.redaction.of(requestText), exchange.redaction.of(responseText), std::move(rows)};
+}
+
+} // namespace velarc
