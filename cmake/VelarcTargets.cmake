@@ -10,7 +10,8 @@ endif()
 add_library(velarc_options INTERFACE)
 target_compile_options(velarc_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow=local -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align
-  -Wconversion -Wno-sign-conversion -Wimplicit-fallthrough -Wswitch-enum)
+  -Wconversion -Wno-sign-conversion -Wimplicit-fallthrough -Wswitch-enum
+  -Wno-maybe-uninitialized) # g++ 12 sees it in every std::optional of a QString that is copied
 target_compile_definitions(velarc_options INTERFACE
   QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH
   QT_DISABLE_DEPRECATED_BEFORE=0x060400 $<$<CONFIG:Dev>:QT_FORCE_ASSERTS>)
