@@ -147,6 +147,31 @@ void RunPipeline::restart()
     showCanvas(state);
 }
 
+void RunPipeline::runRefine()
+{
+    const AppState &state = *m_core->state;
+    const auto *result = std::get_if<EngineResult>(&state.engineState());
+    if (!m_core->activeAction || result == nullptr) {
+        return;
+    }
+    const QString previous = payloadText(result->payload).value_or(QString());
+    if (isBlank(previous)) {
+        return;
+    }
+    const QString composed = u"Previous output:\n"_s + previous + u"\n\nRefine request:\n"_s
+        + trimmed(state.refinePrompt()).toString();
+    const PreparedRunInput input { trimmed(composed).toString(), {} };
+    startRun(*m_core->activeAction, ExplicitInput { input });
+}
+
+void RunPipeline::retryRun()
+{
+    if (m_core->activeAction && m_core->lastPreparedInput
+        && m_core->lastPreparedInput->hasContent()) {
+        startRun(*m_core->activeAction, ExplicitInput { *m_core->lastPreparedInput });
+    }
+}
+
 QCoro::Task<ResultPayload> RunPipeline::runForShortcut(
     AIAction action, QString input, std::stop_token stop)
 {

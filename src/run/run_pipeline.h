@@ -64,6 +64,12 @@ public:
     // Drops the run or its result, and what retry and refine would use. The canvas stays.
     void restart();
 
+    // Runs the latest action again on its shown text and the refine box. An image cannot be refined.
+    void runRefine();
+
+    // Runs the latest action again, as it stood, on the input of that run.
+    void retryRun();
+
     // Runs `action` on `input` without the canvas: no usage, no phase, no automatic copy. While it
     // lasts it takes the place of the canvas's run. Blank input gives an empty text at once.
     [[nodiscard]] QCoro::Task<ResultPayload> runForShortcut(
