@@ -10,7 +10,7 @@
 // Lifetime: the run keeps its seams alive until its last frame has gone. The state object may go
 //           earlier: an implementation writes to it only behind RunProgress.
 
-#include "records/intake_records.h"
+#include "intake/clipboard_reading.h"
 #include "records/run_records.h"
 
 #include <QCoroTask>
@@ -95,21 +95,6 @@ public:
     // Whether the payload is on the clipboard now.
     virtual bool copyToClipboard(const ResultPayload &payload) = 0;
     virtual void showClipboardToast(QString message) = 0;
-};
-
-// Reads the clipboard afresh.
-class ClipboardReading
-{
-public:
-    virtual ~ClipboardReading() = default;
-
-    [[nodiscard]] virtual QCoro::Task<ClipboardPayload> read(std::stop_token stop) = 0;
-
-    // Its plain text alone; "" where there is none.
-    [[nodiscard]] virtual QCoro::Task<QString> text(std::stop_token stop) = 0;
-
-    [[nodiscard]] virtual QCoro::Task<AttachmentIntake> attachments(
-        ClipboardPayload payload, std::stop_token stop) = 0;
 };
 
 // The library as a run touches it.
