@@ -36,8 +36,13 @@ AppServices servicesOver(std::shared_ptr<const LocalStore> store)
     services.store = std::move(store);
     services.onDeviceModel = absentOnDeviceModel();
     services.credentialStore = std::make_shared<NoKeys>();
-    services.clipboard = std::make_shared<EmptyClipboard>();
-    services.delivering = std::make_shared<ShowOnlyDelivery>();
+    const auto clipboard = std::make_shared<EmptyClipboard>();
+    services.clipboard = clipboard;
+    services.clipboardText = clipboard;
+    services.clipboardWriting = clipboard;
+    services.files = std::make_shared<NoFiles>();
+    services.pdfExport = std::make_shared<NoPdfExport>();
+    services.systemActions = std::make_shared<NoSystemActions>();
     return services;
 }
 

@@ -2,9 +2,10 @@
 
 #include <QFile>
 
-#include <cerrno>
 #include <fcntl.h>
 #include <unistd.h>
+
+#include <cerrno>
 
 namespace velarc {
 
@@ -13,8 +14,8 @@ namespace {
 bool writeAll(int descriptor, QByteArrayView bytes)
 {
     while (!bytes.isEmpty()) {
-        const ssize_t written
-            = ::write(descriptor, bytes.data(), static_cast<std::size_t>(bytes.size()));
+        const ssize_t written =
+            ::write(descriptor, bytes.data(), static_cast<std::size_t>(bytes.size()));
         if (written < 0 && errno == EINTR) {
             continue;
         }
@@ -33,8 +34,8 @@ bool writeNewPrivateFile(const QString &path, QByteArrayView bytes)
     const QByteArray name = QFile::encodeName(path);
     constexpr mode_t kOwnerOnly = S_IRUSR | S_IWUSR;
     // With O_EXCL a link under the name is an existing file, wherever it leads.
-    const int descriptor = ::open(
-        name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kOwnerOnly);
+    const int descriptor =
+        ::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kOwnerOnly);
     if (descriptor < 0) {
         return false;
     }

@@ -25,8 +25,13 @@ AppServices makeServices(std::shared_ptr<const LocalStore> store)
     services.appleIntelligenceService =
         std::make_shared<AppleIntelligenceService>(services.onDeviceModel);
     services.appleImageService = std::make_shared<AppleImageService>();
-    services.clipboard = std::make_shared<EmptyClipboard>();
-    services.delivering = std::make_shared<ShowOnlyDelivery>();
+    const auto clipboard = std::make_shared<EmptyClipboard>();
+    services.clipboard = clipboard;
+    services.clipboardText = clipboard;
+    services.clipboardWriting = clipboard;
+    services.files = std::make_shared<NoFiles>();
+    services.pdfExport = std::make_shared<NoPdfExport>();
+    services.systemActions = std::make_shared<NoSystemActions>();
     return services;
 }
 

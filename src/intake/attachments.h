@@ -3,6 +3,7 @@
 // Turns files and what stands on the clipboard into the attachments of a run.
 
 #include "intake/document_services.h"
+#include "intake/file_intake.h"
 #include "records/intake_records.h"
 
 #include <QCoroTask>
@@ -22,7 +23,7 @@ namespace velarc {
 //
 // Stop:     a stopped token ends the wait with CancellationError, from the event loop.
 // Lifetime: a task that runs may outlive the reader.
-class AttachmentReader
+class AttachmentReader final : public FileIntake
 {
 public:
     AttachmentReader(
@@ -35,7 +36,7 @@ public:
     // An attachment for each URL in its order, repeats included. The kind of a file is its
     // extension in lower case: png, pdf or svg; contents are not looked at.
     [[nodiscard]] QCoro::Task<AttachmentIntake> attachmentsFromFiles(
-        QList<QUrl> urls, std::stop_token stop) const;
+        QList<QUrl> urls, std::stop_token stop) const override;
 
     struct Services;
 

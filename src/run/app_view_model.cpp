@@ -1,6 +1,7 @@
 #include "run/app_view_model.h"
 
 #include "base/worker.h"
+#include "run/share_handoff.h"
 #include "run/start_up.h"
 
 #include <utility>
@@ -38,6 +39,28 @@ ConnectionServices connectionServicesOf(
     return connections;
 }
 
+DeliveryServices deliveryServicesOf(const AppServices &services)
+{
+    DeliveryServices delivery;
+    delivery.clock = services.clock;
+    delivery.clipboard = services.clipboardWriting;
+    delivery.pdfExport = services.pdfExport;
+    delivery.systemActions = services.systemActions;
+    delivery.scope = services.scope;
+    return delivery;
+}
+
+CanvasServices canvasServicesOf(const AppServices &services, std::shared_ptr<ActionLibrary> library)
+{
+    CanvasServices canvas;
+    canvas.clipboard = services.clipboard;
+    canvas.clipboardText = services.clipboardText;
+    canvas.files = services.files;
+    canvas.selection = std::move(library);
+    canvas.scope = services.scope;
+    return canvas;
+}
+
 } // namespace
 
 AppViewModel::AppViewModel(AppServices services, QObject *parent)
@@ -48,16 +71,19 @@ AppViewModel::AppViewModel(AppServices services, QObject *parent)
     , m_router(std::make_shared<ProviderRouter>(*this, engineServicesOf(m_services)))
     , m_connections(
           std::make_shared<Connections>(*this, connectionServicesOf(m_services, m_library)))
+    , m_delivery(std::make_shared<ResultDelivery>(*this, deliveryServicesOf(m_services)))
 {
     RunSeams seams;
     seams.clock = m_services.clock;
     seams.generating = m_router;
-    seams.delivering = m_services.delivering;
+    seams.delivering = m_delivery;
     seams.clipboard = m_services.clipboard;
     seams.selection = m_library;
     seams.usage = m_usage;
     seams.scope = m_services.scope;
     m_pipeline = std::make_unique<RunPipeline>(*this, std::move(seams));
+    m_canvas =
+        std::make_unique<CanvasEvents>(*this, *m_pipeline, canvasServicesOf(m_services, m_library));
     startUp({*this, *m_services.store, *m_services.clock, *m_connections, *m_usage});
 }
 
@@ -66,6 +92,16 @@ AppViewModel::~AppViewModel() = default;
 void AppViewModel::startRun(AIAction action, InputStrategy strategy)
 {
     m_pipeline->startRun(std::move(action), std::move(strategy));
+}
+
+QCoro::Task<std::optional<QUrl>> AppViewModel::shareableFileURL(std::stop_token stop)
+{
+    return m_delivery->shareableFileURL(std::move(stop));
+}
+
+void AppViewModel::handleOpenURL(const QUrl &url)
+{
+    velarc::handleOpenURL(url, {*this, *m_services.store, *m_library, *m_pipeline});
 }
 
 QCoro::Task<ResultPayload> AppViewModel::runForShortcut(

@@ -8,8 +8,10 @@
 #include "engines/on_device_model.h"
 #include "run/action_library.h"
 #include "run/app_state.h"
+#include "run/canvas_events.h"
 #include "run/connections.h"
 #include "run/provider_router.h"
+#include "run/result_delivery.h"
 #include "run/run_pipeline.h"
 #include "run/usage_recorder.h"
 
@@ -31,7 +33,11 @@ struct AppServices
     std::shared_ptr<OnDeviceModel> onDeviceModel;
     std::shared_ptr<CredentialStore> credentialStore;
     std::shared_ptr<ClipboardReading> clipboard;
-    std::shared_ptr<Delivering> delivering;
+    std::shared_ptr<ClipboardTextSeen> clipboardText;
+    std::shared_ptr<ClipboardWriting> clipboardWriting;
+    std::shared_ptr<FileIntake> files;
+    std::shared_ptr<PdfExporting> pdfExport;
+    std::shared_ptr<SystemActionExecuting> systemActions;
 };
 
 class AppViewModel final : public AppState
@@ -50,9 +56,17 @@ public:
     Q_INVOKABLE void cancelRun() { m_pipeline->cancelRun(); }
     Q_INVOKABLE void returnToInput() { m_pipeline->returnToInput(); }
     Q_INVOKABLE void restart() { m_pipeline->restart(); }
+    Q_INVOKABLE void runRefine() { m_pipeline->runRefine(); }
+    Q_INVOKABLE void retryRun() { m_pipeline->retryRun(); }
+    Q_INVOKABLE void copyResult() { m_delivery->copyResult(); }
+    [[nodiscard]] QCoro::Task<std::optional<QUrl>> shareableFileURL(std::stop_token stop);
     void startRun(AIAction action, InputStrategy strategy);
     [[nodiscard]] QCoro::Task<ResultPayload> runForShortcut(
         AIAction action, QString input, std::stop_token stop);
+
+    // The canvas, and what other programs hand over.
+    [[nodiscard]] CanvasEvents &canvas() { return *m_canvas; }
+    void handleOpenURL(const QUrl &url);
 
     // The library.
     [[nodiscard]] ActionLibrary &library() { return *m_library; }
@@ -72,7 +86,9 @@ private:
     std::shared_ptr<UsageRecorder> m_usage;
     std::shared_ptr<ProviderRouter> m_router;
     std::shared_ptr<Connections> m_connections;
-    std::unique_ptr<RunPipeline> m_pipeline; // goes first: it stops what uses the others
+    std::shared_ptr<ResultDelivery> m_delivery;
+    std::unique_ptr<RunPipeline> m_pipeline; // goes before the others: it stops what uses them
+    std::unique_ptr<CanvasEvents> m_canvas;
 };
 
 } // namespace velarc

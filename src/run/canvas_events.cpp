@@ -45,7 +45,7 @@ Alive ensureAlive(const CanvasEvents::Members &members, const std::stop_token &s
     if (!members.state || members.pipeline == nullptr) {
         throw CancellationError();
     }
-    return { *members.state, *members.pipeline };
+    return {*members.state, *members.pipeline};
 }
 
 void leaveOutput(const Alive &alive)
@@ -62,8 +62,7 @@ bool looksLikeAPaste(const QString &oldText, const QString &newText, QStringView
         return true;
     }
     const qsizetype added = characterCount(newText) - characterCount(oldText);
-    const qsizetype needed
-        = std::max(kShortestPaste, std::min(kPasteLength, characterCount(clip)));
+    const qsizetype needed = std::max(kShortestPaste, std::min(kPasteLength, characterCount(clip)));
     return added >= needed && typed.contains(clip);
 }
 
@@ -84,8 +83,8 @@ QCoro::Task<void> paste(MembersHandle members, std::stop_token stop)
         co_return;
     }
     const QString text = trimmed(payload.text).toString();
-    const AttachmentIntake intake
-        = co_await members->services.clipboard->attachments(std::move(payload), stop);
+    const AttachmentIntake intake =
+        co_await members->services.clipboard->attachments(std::move(payload), stop);
     const Alive alive = ensureAlive(*members, stop);
     alive.state.setQuickInput(text);
     alive.state.setQuickAttachments(intake.attachments);
@@ -98,8 +97,8 @@ QCoro::Task<void> paste(MembersHandle members, std::stop_token stop)
     runOnPaste(*members, alive);
 }
 
-void runOnDrop(const Alive &alive, const ActionSelecting &selection,
-    const QList<InputAttachment> &attachments)
+void runOnDrop(
+    const Alive &alive, const ActionSelecting &selection, const QList<InputAttachment> &attachments)
 {
     if (attachments.isEmpty()) {
         leaveOutput(alive);
@@ -107,8 +106,8 @@ void runOnDrop(const Alive &alive, const ActionSelecting &selection,
         return;
     }
     if (auto action = selection.selectedAction()) {
-        const PreparedRunInput input { QString(), attachments };
-        alive.pipeline.startRun(*std::move(action), ExplicitInput { input });
+        const PreparedRunInput input{QString(), attachments};
+        alive.pipeline.startRun(*std::move(action), ExplicitInput{input});
         return;
     }
     leaveOutput(alive);
@@ -117,8 +116,8 @@ void runOnDrop(const Alive &alive, const ActionSelecting &selection,
 
 QCoro::Task<void> drop(MembersHandle members, QList<QUrl> urls, std::stop_token stop)
 {
-    const AttachmentIntake intake
-        = co_await members->services.files->attachmentsFromFiles(std::move(urls), stop);
+    const AttachmentIntake intake =
+        co_await members->services.files->attachmentsFromFiles(std::move(urls), stop);
     const Alive alive = ensureAlive(*members, stop);
     alive.state.setQuickInput(QString());
     alive.state.setQuickAttachments(intake.attachments);
@@ -127,8 +126,7 @@ QCoro::Task<void> drop(MembersHandle members, QList<QUrl> urls, std::stop_token 
     runOnDrop(alive, *members->services.selection, intake.attachments);
 }
 
-void lookAtChange(
-    CanvasEvents::Members &members, const QString &oldText, const QString &newText)
+void lookAtChange(CanvasEvents::Members &members, const QString &oldText, const QString &newText)
 {
     const Alive alive = ensureAlive(members, {});
     if (!alive.state.homeAutomationOptions().autoRunOnPaste) {
@@ -160,8 +158,7 @@ void lookAtChangeOnNextTurn(const MembersHandle &members)
         if (members->pipeline == nullptr) {
             return;
         }
-        const QString before
-            = std::exchange(members->textBeforeTurn, members->state->quickInput());
+        const QString before = std::exchange(members->textBeforeTurn, members->state->quickInput());
         lookAtChange(*members, before, members->textBeforeTurn);
     };
     QMetaObject::invokeMethod(members->state.data(), look, Qt::QueuedConnection);
@@ -263,8 +260,8 @@ void CanvasEvents::submitInputModal()
     state.setQuickInput(text);
     AIAction action = *std::exchange(m_members->pendingActionForInput, std::nullopt);
     state.setIsInputModalPresented(false);
-    const PreparedRunInput input { text, {} };
-    m_members->pipeline->startRun(std::move(action), ExplicitInput { input });
+    const PreparedRunInput input{text, {}};
+    m_members->pipeline->startRun(std::move(action), ExplicitInput{input});
 }
 
 void CanvasEvents::dismissInputModal()

@@ -6,6 +6,7 @@
 // program's scope ends; it is not the run.
 
 #include "base/async.h"
+#include "intake/file_intake.h"
 #include "run/run_seams.h"
 
 #include <QPointer>
@@ -21,15 +22,6 @@ class ClipboardTextSeen
 public:
     virtual ~ClipboardTextSeen() = default;
     [[nodiscard]] virtual QString cachedText() const = 0;
-};
-
-// Reads files one after the other. What cannot be taken becomes a notice.
-class FileIntake
-{
-public:
-    virtual ~FileIntake() = default;
-    [[nodiscard]] virtual QCoro::Task<AttachmentIntake> attachmentsFromFiles(
-        QList<QUrl> urls, std::stop_token stop) = 0;
 };
 
 struct CanvasServices

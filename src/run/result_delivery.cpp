@@ -50,8 +50,7 @@ bool deliverOutput(const DeliveryServices &services, OutputDestination destinati
         return false;
     case OutputDestination::CopyToClipboard: {
         const bool copied = copy(services, payload);
-        progress.note(
-            copied ? u"Output copied to clipboard."_s : u"Could not copy this output."_s);
+        progress.note(copied ? u"Output copied to clipboard."_s : u"Could not copy this output."_s);
         return copied;
     }
     case OutputDestination::ShareImmediately: {
@@ -96,12 +95,11 @@ RoutedExecutionResult routedFrom(SystemActionExecutionResult result)
     return routed;
 }
 
-QCoro::Task<RoutedExecutionResult> routeToSystem(MembersHandle members,
-    SystemDestinationKind kind, Delivery delivery, ProgressHandle progress, std::stop_token stop)
+QCoro::Task<RoutedExecutionResult> routeToSystem(MembersHandle members, SystemDestinationKind kind,
+    Delivery delivery, ProgressHandle progress, std::stop_token stop)
 {
     const QString input = trimmed(delivery.userText).toString();
-    const QString generated
-        = trimmed(payloadText(delivery.payload).value_or(QString())).toString();
+    const QString generated = trimmed(payloadText(delivery.payload).value_or(QString())).toString();
     const QString first = generated.isEmpty() ? input : generated;
     SystemActionExecuting &actions = *members->services.systemActions;
 
@@ -130,8 +128,8 @@ QCoro::Task<RoutedExecutionResult> route(
             members, *kind, std::move(delivery), std::move(progress), std::move(stop));
     }
     RoutedExecutionResult routed;
-    routed.copiedByDestination = deliverOutput(members->services,
-        *delivery.destination.asOutput(), delivery.payload, *progress);
+    routed.copiedByDestination = deliverOutput(
+        members->services, *delivery.destination.asOutput(), delivery.payload, *progress);
     routed.payload = std::move(delivery.payload);
     co_return routed;
 }
@@ -162,9 +160,8 @@ QString newShareFile(const QString &stem, const QString &extension)
 QCoro::Task<std::optional<QUrl>> writeShareFile(
     MembersHandle members, QString path, QByteArray bytes, std::stop_token stop)
 {
-    auto write = [path, bytes = std::move(bytes)](const std::stop_token &) {
-        return writeNewPrivateFile(path, bytes);
-    };
+    auto write = [path, bytes = std::move(bytes)](
+                     const std::stop_token &) { return writeNewPrivateFile(path, bytes); };
     const bool isWritten = co_await members->files.run(std::move(write), std::move(stop));
     co_return isWritten ? std::optional(QUrl::fromLocalFile(path)) : std::nullopt;
 }
@@ -221,7 +218,7 @@ bool ResultDelivery::copyToClipboard(const ResultPayload &payload)
 
 void ResultDelivery::showClipboardToast(QString message)
 {
-    const ClipboardToast toast { newUuid(), std::move(message) };
+    const ClipboardToast toast{newUuid(), std::move(message)};
     m_members->state->setClipboardToast(toast);
     // Nobody awaits it: it ends by itself, or with the scope.
     static_cast<void>(clearToastLater(m_members, toast.id, std::stop_source()));

@@ -41,8 +41,8 @@ public:
     // destination acts on what the engine wrote, or on the user's text where that is blank, and its
     // answer replaces the payload. A calendar operation that could not make sense of the engine's
     // text is tried once more with the user's own.
-    [[nodiscard]] QCoro::Task<RoutedExecutionResult> routeResult(Delivery delivery,
-        std::shared_ptr<RunProgress> progress, std::stop_token stop) override;
+    [[nodiscard]] QCoro::Task<RoutedExecutionResult> routeResult(
+        Delivery delivery, std::shared_ptr<RunProgress> progress, std::stop_token stop) override;
 
     [[nodiscard]] QCoro::Task<QUrl> exportPDF(
         QString text, QString title, std::stop_token stop) override;

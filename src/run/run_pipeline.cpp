@@ -160,15 +160,15 @@ void RunPipeline::runRefine()
     }
     const QString composed = u"Previous output:\n"_s + previous + u"\n\nRefine request:\n"_s
         + trimmed(state.refinePrompt()).toString();
-    const PreparedRunInput input { trimmed(composed).toString(), {} };
-    startRun(*m_core->activeAction, ExplicitInput { input });
+    const PreparedRunInput input{trimmed(composed).toString(), {}};
+    startRun(*m_core->activeAction, ExplicitInput{input});
 }
 
 void RunPipeline::retryRun()
 {
     if (m_core->activeAction && m_core->lastPreparedInput
         && m_core->lastPreparedInput->hasContent()) {
-        startRun(*m_core->activeAction, ExplicitInput { *m_core->lastPreparedInput });
+        startRun(*m_core->activeAction, ExplicitInput{*m_core->lastPreparedInput});
     }
 }
 

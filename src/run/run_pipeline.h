@@ -64,7 +64,8 @@ public:
     // Drops the run or its result, and what retry and refine would use. The canvas stays.
     void restart();
 
-    // Runs the latest action again on its shown text and the refine box. An image cannot be refined.
+    // Runs the latest action again on its shown text and the refine box. An image cannot be
+    // refined.
     void runRefine();
 
     // Runs the latest action again, as it stood, on the input of that run.

@@ -33,13 +33,13 @@ void takeUpHandoff(const ShareHandoffRequest &request, const ShareHandoffParts &
     }
     parts.state.setQuickInput(text);
     parts.state.setHomePhase(HomePhase::Input);
-    const PreparedRunInput input { text, {} };
+    const PreparedRunInput input{text, {}};
     if (const auto named = visibleActionOf(parts, request.actionID)) {
         parts.library.selectAction(named->id);
-        parts.pipeline.startRun(*named, ExplicitInput { input });
+        parts.pipeline.startRun(*named, ExplicitInput{input});
         parts.state.setStatusNote(u"Continued action in host app."_s);
     } else if (const auto selected = parts.library.selectedAction()) {
-        parts.pipeline.startRun(*selected, ExplicitInput { input });
+        parts.pipeline.startRun(*selected, ExplicitInput{input});
         parts.state.setStatusNote(u"Ran selected action in host app."_s);
     } else {
         parts.state.setStatusNote(u"Select an action to continue this share handoff."_s);
@@ -53,10 +53,10 @@ void showSharedResult(const ShareResult &result, AppState &state)
     }
     const QString source = u"Share Extension"_s;
     state.setQuickInput(result.output);
-    state.setEngineState(EngineResult { TextPayload { result.output }, source });
-    state.setLatestRunDebugInfo(GenerationDebugInfo { u"Shared from extension."_s, result.output,
-        { { u"Provider"_s, source }, { u"Action"_s, result.actionName },
-            { u"Timestamp"_s, iso8601(result.createdAt) } } });
+    state.setEngineState(EngineResult{TextPayload{result.output}, source});
+    state.setLatestRunDebugInfo(GenerationDebugInfo{u"Shared from extension."_s, result.output,
+        {{u"Provider"_s, source}, {u"Action"_s, result.actionName},
+            {u"Timestamp"_s, iso8601(result.createdAt)}}});
     state.setHomePhase(HomePhase::Output);
     state.setStatusNote(u"Loaded result from Share Sheet."_s);
 }

@@ -19,25 +19,31 @@ QCoro::Task<AttachmentIntake> EmptyClipboard::attachments(ClipboardPayload, std:
     co_return AttachmentIntake();
 }
 
-QCoro::Task<RoutedExecutionResult> ShowOnlyDelivery::routeResult(
-    Delivery delivery, std::shared_ptr<RunProgress>, std::stop_token)
+QString EmptyClipboard::cachedText() const
 {
-    RoutedExecutionResult routed;
-    routed.payload = std::move(delivery.payload);
-    co_return routed;
+    return {};
 }
 
-QCoro::Task<QUrl> ShowOnlyDelivery::exportPDF(QString, QString, std::stop_token)
+void EmptyClipboard::writeText(const QString &) {}
+
+void EmptyClipboard::writeImage(const QByteArray &) {}
+
+QCoro::Task<AttachmentIntake> NoFiles::attachmentsFromFiles(QList<QUrl>, std::stop_token) const
+{
+    co_return AttachmentIntake();
+}
+
+QCoro::Task<QUrl> NoPdfExport::exportPDF(QString, QString, std::stop_token)
 {
     throw PDFExportServiceError::contextUnavailable();
     co_return QUrl();
 }
 
-bool ShowOnlyDelivery::copyToClipboard(const ResultPayload &)
+QCoro::Task<SystemActionExecutionResult> NoSystemActions::execute(
+    SystemDestinationKind kind, QString, std::stop_token)
 {
-    return false;
+    throw SystemActionOrchestratorError::unsupportedDestination(kind);
+    co_return SystemActionExecutionResult();
 }
-
-void ShowOnlyDelivery::showClipboardToast(QString) {}
 
 } // namespace velarc

@@ -15,15 +15,13 @@ struct FailureText
     std::u16string_view text;
 };
 
-constexpr std::array kFailureTexts {
-    FailureText { CalendarFailure::InvalidInput, u"" }, // carries its own
-    FailureText { CalendarFailure::AccessDenied, u"Calendar permission was denied." },
-    FailureText {
-        CalendarFailure::NoWritableCalendar, u"No writable calendar is available." },
-    FailureText {
-        CalendarFailure::EventNotFound, u"Could not find a matching calendar event." },
-    FailureText { CalendarFailure::MissingEventIdentifierOrTitle,
-        u"Provide EventID or Title to edit or delete an event." },
+constexpr std::array kFailureTexts{
+    FailureText{CalendarFailure::InvalidInput, u""}, // carries its own
+    FailureText{CalendarFailure::AccessDenied, u"Calendar permission was denied."},
+    FailureText{CalendarFailure::NoWritableCalendar, u"No writable calendar is available."},
+    FailureText{CalendarFailure::EventNotFound, u"Could not find a matching calendar event."},
+    FailureText{CalendarFailure::MissingEventIdentifierOrTitle,
+        u"Provide EventID or Title to edit or delete an event."},
 };
 
 constexpr bool standsInEnumOrder()
@@ -64,20 +62,17 @@ CalendarActionServiceError::CalendarActionServiceError(
 SystemActionOrchestratorError SystemActionOrchestratorError::unsupportedDestination(
     SystemDestinationKind kind)
 {
-    return SystemActionOrchestratorError(
-        label(kind) + u" is not supported on this platform."_s);
+    return SystemActionOrchestratorError(label(kind) + u" is not supported on this platform."_s);
 }
 
 SystemActionOrchestratorError SystemActionOrchestratorError::missingSystemMetadata()
 {
-    return SystemActionOrchestratorError(
-        u"This action is missing system action metadata."_s);
+    return SystemActionOrchestratorError(u"This action is missing system action metadata."_s);
 }
 
 SystemActionOrchestratorError SystemActionOrchestratorError::unavailableComposeService()
 {
-    return SystemActionOrchestratorError(
-        u"Compose service is unavailable on this platform."_s);
+    return SystemActionOrchestratorError(u"Compose service is unavailable on this platform."_s);
 }
 
 } // namespace velarc

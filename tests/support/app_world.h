@@ -5,6 +5,7 @@
 #include "actions/catalogue.h"
 #include "fakes/fake_clock.h"
 #include "fakes/memory_credential_store.h"
+#include "fakes/scripted_desktop.h"
 #include "fakes/scripted_engines.h"
 #include "fakes/scripted_seams.h"
 #include "run/app_view_model.h"
@@ -34,7 +35,12 @@ protected:
     std::shared_ptr<ScriptedOnDeviceModel> model = std::make_shared<ScriptedOnDeviceModel>();
     std::shared_ptr<MemoryCredentialStore> keys = std::make_shared<MemoryCredentialStore>();
     std::shared_ptr<ScriptedClipboard> clipboard = std::make_shared<ScriptedClipboard>();
-    std::shared_ptr<ScriptedDelivering> delivering = std::make_shared<ScriptedDelivering>();
+    std::shared_ptr<FixedClipboardText> clipboardText = std::make_shared<FixedClipboardText>();
+    std::shared_ptr<RecordedClipboard> copied = std::make_shared<RecordedClipboard>();
+    std::shared_ptr<ScriptedFiles> files = std::make_shared<ScriptedFiles>();
+    std::shared_ptr<ScriptedPdfExport> pdfExport = std::make_shared<ScriptedPdfExport>();
+    std::shared_ptr<ScriptedSystemActions> systemActions =
+        std::make_shared<ScriptedSystemActions>();
     std::shared_ptr<TaskScope> scope = std::make_shared<TaskScope>();
     std::unique_ptr<AppViewModel> viewModel;
 
@@ -66,7 +72,11 @@ protected:
         made.onDeviceModel = model;
         made.credentialStore = keys;
         made.clipboard = clipboard;
-        made.delivering = delivering;
+        made.clipboardText = clipboardText;
+        made.clipboardWriting = copied;
+        made.files = files;
+        made.pdfExport = pdfExport;
+        made.systemActions = systemActions;
         return made;
     }
 
