@@ -75,6 +75,10 @@ HttpHeaders jsonHeaders()
 
 QUrl addressOf(const QUrl &host, const QString &encodedPath)
 {
+    // QUrl would encode half a character as bytes that are no text.
+    if (!encodedPath.isValidUtf16()) {
+        return QUrl();
+    }
     return QUrl(host.toString(QUrl::FullyEncoded | QUrl::StripTrailingSlash) + encodedPath,
         QUrl::StrictMode);
 }
