@@ -259,10 +259,9 @@ bool HttpTransfer::isWhole(int status) const
 {
     const QNetworkReply::NetworkError error = m_reply->error();
     // The manager rewinds the body for these two though it does not follow them, and is refused
-    // when their whole reply is there.
+    // behind their reply.
     if (error == QNetworkReply::ContentReSendError && (status == 307 || status == 308)) {
-        const QByteArray length = m_reply->rawHeader("Content-Length");
-        return length.isEmpty() || length.toLongLong() == m_received.size();
+        return true;
     }
     return error == QNetworkReply::NoError || (status >= kFirstFailureStatus && namesStatus(error));
 }
