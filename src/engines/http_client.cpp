@@ -37,28 +37,29 @@ struct HttpClient::Members
 
 namespace {
 
+// For a worker: a script of the network's owner may decide, and take its time.
+auto proxiesFor(const QUrl &url)
+{
+    return [url](std::stop_token) {
+        return QNetworkProxyFactory::systemProxyForQuery(QNetworkProxyQuery(url));
+    };
+}
+
 QCoro::Task<HttpReply> exchange(
     std::shared_ptr<HttpClient::Members> members, HttpRequest request, std::stop_token stop)
 {
     throwIfStopped(stop);
     refuseUnsendable(request);
     if (!members->liveConnections().knowsProxies(request.url.host())) {
-        // A script of the network's owner may decide, and take its time.
-        auto lookUp = [url = request.url](std::stop_token) {
-            return QNetworkProxyFactory::systemProxyForQuery(QNetworkProxyQuery(url));
-        };
-        const auto proxies = co_await members->proxySearch.run(std::move(lookUp), stop);
+        const auto proxies = co_await members->proxySearch.run(proxiesFor(request.url), stop);
         if (members->isGone) {
             throw CancellationError();
         }
         members->liveConnections().setProxies(request.url.host(), proxies);
     }
     const auto transfer = members->newTransfer();
-    transfer->start(std::move(request));
-    {
-        const std::stop_callback breakOff(stop, [transfer] { transfer->stop(); });
-        co_await transfer->ended();
-    }
+    transfer->start(std::move(request), stop);
+    co_await transfer->ended();
     throwIfStopped(stop);
     co_return transfer->takeReply();
 }

@@ -21,7 +21,8 @@ struct HttpLimits
 };
 
 // One for the process, over the proxies and the trust store of the system; no cookies, no cache, no
-// question for a password. Only https: any other address fails before a byte is sent.
+// question for a password. Only https: any other address fails before a byte is sent. The key is
+// handed to the network library when the transfer begins; copies made there are beyond our reach.
 //
 // Errors:   NotHttpError only where a status line is there and makes no sense. A reply that does
 //           not even begin like HTTP cannot be told from a connection that was closed, and is an

@@ -159,7 +159,7 @@ HttpTransfer::~HttpTransfer()
     release();
 }
 
-void HttpTransfer::start(HttpRequest request)
+void HttpTransfer::start(HttpRequest request, const std::stop_token &stop)
 {
     QNetworkRequest outgoing = requestWithoutSecret(request, m_limits);
     m_body = std::make_unique<OneWayBody>(std::move(request.body));
@@ -172,11 +172,12 @@ void HttpTransfer::start(HttpRequest request)
     QObject::connect(
         m_reply.get(), &QNetworkReply::readyRead, m_reply.get(), [this] { receive(); });
     QObject::connect(m_reply.get(), &QNetworkReply::finished, m_reply.get(), [this] { finish(); });
+    m_onStop.emplace(stop, [this] { cancelLater(); });
 }
 
 void HttpTransfer::receive()
 {
-    std::array<char, kPieceBytes> piece;
+    std::array<char, kPieceBytes> piece{};
     while (m_end == End::None) {
         const qint64 count = m_reply->read(piece.data(), piece.size());
         if (count <= 0) {
@@ -197,7 +198,8 @@ void HttpTransfer::finish()
     endLater(End::Finished);
 }
 
-void HttpTransfer::stop()
+// On whatever thread asks for the stop.
+void HttpTransfer::cancelLater()
 {
     postToMainThread([weak = weak_from_this()] {
         if (const auto transfer = weak.lock()) {
@@ -231,6 +233,7 @@ void HttpTransfer::release()
     if (!m_connections) {
         return;
     }
+    m_onStop.reset();
     if (!m_hasReply) {
         m_connections->spoil();
     }
@@ -259,10 +262,9 @@ bool HttpTransfer::isWhole(int status) const
 {
     const QNetworkReply::NetworkError error = m_reply->error();
     // The manager rewinds the body for these two though it does not follow them, and is refused
-    // when their whole reply is there.
+    // behind their reply.
     if (error == QNetworkReply::ContentReSendError && (status == 307 || status == 308)) {
-        const QByteArray length = m_reply->rawHeader("Content-Length");
-        return length.isEmpty() || length.toLongLong() == m_received.size();
+        return true;
     }
     return error == QNetworkReply::NoError || (status >= kFirstFailureStatus && namesStatus(error));
 }

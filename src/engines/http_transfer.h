@@ -9,7 +9,10 @@
 #include <QIODevice>
 #include <QNetworkReply>
 
+#include <functional>
 #include <memory>
+#include <optional>
+#include <stop_token>
 
 namespace velarc {
 
@@ -35,7 +38,7 @@ private:
 // Throws HttpTransportError for a request that must not be sent as it stands.
 void refuseUnsendable(const HttpRequest &request);
 
-// Main thread only, but stop(). Breaks the transfer off when it goes.
+// Main thread only; the token may be stopped on any. Breaks the transfer off when it goes.
 class HttpTransfer : public std::enable_shared_from_this<HttpTransfer>
 {
 public:
@@ -44,13 +47,11 @@ public:
     HttpTransfer(const HttpTransfer &) = delete;
     HttpTransfer &operator=(const HttpTransfer &) = delete;
 
-    void start(HttpRequest request);
+    // Once. A stopped token ends the transfer as cancelled, from the event loop.
+    void start(HttpRequest request, const std::stop_token &stop);
 
     // Fires from the event loop, inside no signal of the network.
     [[nodiscard]] Wakeup &ended() { return m_ended; }
-
-    // Ends the transfer as cancelled, from the event loop. Any thread.
-    void stop();
 
     // Breaks the transfer off here and now; it ends as cancelled, from the event loop.
     void drop();
@@ -76,11 +77,13 @@ private:
     Wakeup m_ended;
     End m_end = End::None;
     bool m_hasReply = false;
+    std::optional<std::stop_callback<std::function<void()>>> m_onStop;
 
     void receive();
     void finish();
     void release();
     void endLater(End end);
+    void cancelLater();
     [[nodiscard]] bool isWhole(int status) const;
     [[nodiscard]] HttpReply finishedReply();
 };

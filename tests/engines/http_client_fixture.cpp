@@ -41,7 +41,7 @@ HttpRequest HttpClientTest::request(QByteArray body, const QString &path) const
     return result;
 }
 
-std::shared_ptr<Outcome> HttpClientTest::begin(HttpRequest request)
+std::shared_ptr<Outcome> HttpClientTest::begin(HttpRequest request) const
 {
     auto outcome = std::make_shared<Outcome>();
     follow(client->post(std::move(request), stop.get_token()), outcome);
@@ -62,7 +62,7 @@ QString HttpClientTest::errorOf(HttpRequest request, qsizetype requestsAtMost)
     // A request that was sent again would come after the error, too.
     EXPECT_FALSE(waitUntil(
         [&] { return server.requests().size() > requestsAtMost; }, std::chrono::milliseconds(50)));
-    const QString text = outcome.transportError.value_or(QString());
+    QString text = outcome.transportError.value_or(QString());
     EXPECT_FALSE(text.isEmpty());
     EXPECT_FALSE(text.contains(u"canary"_s));
     return text;

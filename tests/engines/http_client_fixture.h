@@ -31,12 +31,13 @@ struct Outcome
 
 class HttpClientTest : public ::testing::Test
 {
-protected:
-    HttpClientTest();
-
+public:
     ScriptedHttpsServer server;
     std::unique_ptr<HttpClient> client = std::make_unique<HttpClient>();
     std::stop_source stop;
+
+protected:
+    HttpClientTest();
 
     [[nodiscard]] static TestAuthority &authority();
 
@@ -44,7 +45,7 @@ protected:
     [[nodiscard]] HttpRequest request(
         QByteArray body = "hello", const QString &path = QStringLiteral("/")) const;
 
-    std::shared_ptr<Outcome> begin(HttpRequest request);
+    std::shared_ptr<Outcome> begin(HttpRequest request) const;
     Outcome send(HttpRequest request);
     Outcome send() { return send(request()); }
 

@@ -2,8 +2,8 @@
 
 #include <QTimer>
 
+#include <map>
 #include <utility>
-#include <vector>
 
 using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
@@ -205,15 +205,14 @@ TEST_F(HttpClientTest, sameReplyIsAskedForAgainAndNotKept)
 TEST_F(HttpClientTest, concurrentRequestsEachGetTheirOwnReply)
 {
     server.answerAlways([](const ReceivedRequest &received) { return reply(200, received.body); });
-    std::vector<std::shared_ptr<Outcome>> outcomes;
+    std::map<int, std::shared_ptr<Outcome>> outcomes;
     for (int number = 0; number < 20; ++number) {
-        outcomes.push_back(begin(request(QByteArray::number(number))));
+        outcomes[number] = begin(request(QByteArray::number(number)));
     }
-    for (int number = 0; number < 20; ++number) {
-        const Outcome &outcome = *outcomes[static_cast<std::size_t>(number)];
-        ASSERT_TRUE(waitUntil([&] { return outcome.isDone(); }));
-        ASSERT_TRUE(outcome.reply);
-        EXPECT_EQ(outcome.reply->body, QByteArray::number(number));
+    for (const auto &[number, outcome] : outcomes) {
+        ASSERT_TRUE(waitUntil([&outcome = outcome] { return outcome->isDone(); }));
+        ASSERT_TRUE(outcome->reply);
+        EXPECT_EQ(outcome->reply->body, QByteArray::number(number));
     }
     EXPECT_EQ(server.requests().size(), 20);
 }

@@ -1,6 +1,7 @@
 #include "support/scripted_https_server.h"
 
 #include <QHostAddress>
+#include <QSslConfiguration>
 #include <QSslSocket>
 
 #include <sys/socket.h>
@@ -159,8 +160,14 @@ ScriptedHttpsServer::Connection::Connection(ScriptedHttpsServer &server, qintptr
 
 void ScriptedHttpsServer::Connection::encrypt()
 {
-    m_socket.setLocalCertificate(m_server.m_identity.certificate);
-    m_socket.setPrivateKey(m_server.m_identity.key);
+    QSslConfiguration configuration = m_socket.sslConfiguration();
+    configuration.setLocalCertificate(m_server.m_identity.certificate);
+    configuration.setPrivateKey(m_server.m_identity.key);
+    // A client that asks for HTTP/2 gets it, and its first words are then a request of the method
+    // PRI.
+    configuration.setAllowedNextProtocols(
+        {QSslConfiguration::ALPNProtocolHTTP2, QSslConfiguration::NextProtocolHttp1_1});
+    m_socket.setSslConfiguration(configuration);
     m_socket.startServerEncryption();
 }
 
