@@ -181,7 +181,8 @@ QCoro::Task<AttachmentIntake> intakeOfPayload(
     }
     if (payload.pdfData) {
         QString name = u"ClipboardDocument.pdf"_s;
-        AttachmentIntake ofPdf = co_await intakeOfPdf(services, std::move(name), std::move(*payload.pdfData), stop);
+        AttachmentIntake ofPdf =
+            co_await intakeOfPdf(services, std::move(name), std::move(*payload.pdfData), stop);
         append(intake, std::move(ofPdf));
     }
     AttachmentIntake ofFiles = co_await intakeOfFiles(services, payload.fileURLs, stop);
