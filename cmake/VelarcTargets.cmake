@@ -61,14 +61,15 @@ function(velarc_program name)
   velarc_precompile(${name} velarc_base)
 endfunction()
 
-# velarc_tests(FOLDER SOURCES file... LINKS target...): one test program for a folder of src/.
+# velarc_tests(FOLDER SOURCES file... LINKS target... [UNDER command]): one test program for a folder
+# of src/, which the command runs if one is given.
 function(velarc_tests folder)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;UNDER" ${ARGN})
   set(target velarc_${folder}_tests)
   add_executable(${target} ${ARG_SOURCES})
   target_link_libraries(${target} PRIVATE ${ARG_LINKS} velarc_test_support)
   velarc_apply_options(${target})
   velarc_precompile(${target} velarc_test_support)
-  add_test(NAME ${folder} COMMAND ${target})
+  add_test(NAME ${folder} COMMAND ${ARG_UNDER} $<TARGET_FILE:${target}>)
   set_tests_properties(${folder} PROPERTIES TIMEOUT 600)
 endfunction()
