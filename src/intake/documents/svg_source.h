@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace velarc {
+
+// The drawing's text as the renderer is to read it: inflated if it came compressed, in an encoding
+// that keeps ASCII, and without elements that the renderer does not know but could draw.
+//
+// Errors: ConversionFailure for a compressed drawing of more than 64 MiB.
+[[nodiscard]] std::string preparedSvg(std::string_view bytes);
+
+} // namespace velarc
