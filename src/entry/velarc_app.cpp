@@ -1,11 +1,18 @@
 #include "entry/velarc_app.h"
 
 #include "actions/catalogue.h"
+#include "engines/anthropic_service.h"
+#include "engines/gemini_service.h"
+#include "engines/http_client.h"
+#include "engines/keychain_credential_store.h"
 #include "engines/on_device_services.h"
+#include "engines/openai_service.h"
 #include "run/windowless_seams.h"
 #include "store/sqlite_defaults_domain.h"
 
 namespace velarc {
+
+using namespace Qt::StringLiterals;
 
 std::shared_ptr<const LocalStore> openSharedStore()
 {
@@ -15,16 +22,30 @@ std::shared_ptr<const LocalStore> openSharedStore()
         std::make_shared<SqliteDefaultsDomain>(defaultsFiles(), kClock), &builtInActions);
 }
 
+namespace {
+
+void addEngines(AppServices &services)
+{
+    const auto http = std::make_shared<HttpClient>();
+    services.openAIService = std::make_shared<OpenAIService>(http, services.clock);
+    services.geminiService = std::make_shared<GeminiService>(http, services.clock);
+    services.anthropicService = std::make_shared<AnthropicService>(http, services.clock);
+    services.onDeviceModel = absentOnDeviceModel();
+    services.appleIntelligenceService
+        = std::make_shared<AppleIntelligenceService>(services.onDeviceModel);
+    services.appleImageService = std::make_shared<AppleImageService>();
+}
+
+} // namespace
+
 AppServices makeServices(std::shared_ptr<const LocalStore> store)
 {
     AppServices services;
     services.clock = std::make_shared<SystemClock>();
     services.scope = std::make_shared<TaskScope>();
     services.store = std::move(store);
-    services.onDeviceModel = absentOnDeviceModel();
-    services.appleIntelligenceService =
-        std::make_shared<AppleIntelligenceService>(services.onDeviceModel);
-    services.appleImageService = std::make_shared<AppleImageService>();
+    addEngines(services);
+    services.credentialStore = std::make_shared<KeychainCredentialStore>(u"com.tolmar.velarc"_s);
     const auto clipboard = std::make_shared<EmptyClipboard>();
     services.clipboard = clipboard;
     services.clipboardText = clipboard;
