@@ -61,15 +61,22 @@ function(velarc_program name)
   velarc_precompile(${name} velarc_base)
 endfunction()
 
-# velarc_tests(FOLDER SOURCES file... LINKS target... [UNDER command]): one test program for a folder
-# of src/, which the command runs if one is given.
-function(velarc_tests folder)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;UNDER" ${ARGN})
+# velarc_test_program(FOLDER SOURCES file... LINKS target...): the program velarc_FOLDER_tests, for
+# tests that run it in their own way.
+function(velarc_test_program folder)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
   set(target velarc_${folder}_tests)
   add_executable(${target} ${ARG_SOURCES})
   target_link_libraries(${target} PRIVATE ${ARG_LINKS} velarc_test_support)
   velarc_apply_options(${target})
   velarc_precompile(${target} velarc_test_support)
-  add_test(NAME ${folder} COMMAND ${ARG_UNDER} $<TARGET_FILE:${target}>)
+endfunction()
+
+# velarc_tests(FOLDER SOURCES file... LINKS target... [UNDER command]): one test program for a folder
+# of src/, which the command runs if one is given.
+function(velarc_tests folder)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;UNDER" ${ARGN})
+  velarc_test_program(${folder} SOURCES ${ARG_SOURCES} LINKS ${ARG_LINKS})
+  add_test(NAME ${folder} COMMAND ${ARG_UNDER} $<TARGET_FILE:velarc_${folder}_tests>)
   set_tests_properties(${folder} PROPERTIES TIMEOUT 600)
 endfunction()

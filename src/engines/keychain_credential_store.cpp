@@ -1,0 +1,212 @@
+#include "engines/keychain_credential_store.h"
+
+#include "base/errors.h"
+#include "engines/keychain_items.h"
+
+#include <QTimer>
+
+#include <functional>
+#include <future>
+#include <type_traits>
+
+namespace velarc {
+
+namespace {
+
+// What input and output say of a time-out.
+constexpr qint32 kTimedOut = 424;
+
+struct Done
+{
+};
+
+QByteArray requiredAccount(AIProvider provider)
+{
+    const std::optional<QString> account = credentialAccount(provider);
+    if (!account) {
+        throw CredentialStoreError::unsupportedProvider();
+    }
+    return account->toUtf8();
+}
+
+// None for what is no text or blank.
+std::optional<Secret> usableKey(const Secret &stored)
+{
+    if (!stored.bytes().isValidUtf8()) {
+        return std::nullopt;
+    }
+    Secret key = stored.trimmed();
+    return key.isEmpty() ? std::nullopt : std::optional(std::move(key));
+}
+
+Secret requiredKey(const Secret &given)
+{
+    std::optional<Secret> key = usableKey(given);
+    if (!key) {
+        throw CredentialStoreError::invalidSecret();
+    }
+    return std::move(*key);
+}
+
+// What ends a call before the desktop answers: its caller, the end of the store, or the bound.
+class CallEnd
+{
+public:
+    CallEnd(
+        const std::stop_token &stop, const std::stop_token &ending, std::chrono::milliseconds bound)
+        : m_onStop(stop, [this] { m_source.request_stop(); })
+        , m_onEnding(ending, [this] { m_source.request_stop(); })
+        , m_stop(stop)
+        , m_ending(ending)
+    {
+        m_bound.setSingleShot(true);
+        m_bound.setTimerType(Qt::PreciseTimer);
+        m_bound.callOnTimeout([this] { m_source.request_stop(); });
+        m_bound.start(bound);
+    }
+
+    [[nodiscard]] std::stop_token token() const { return m_source.get_token(); }
+    [[nodiscard]] bool isByTheBound() const
+    {
+        return !m_stop.stop_requested() && !m_ending.stop_requested();
+    }
+
+private:
+    std::stop_source m_source;
+    std::stop_callback<std::function<void()>> m_onStop;
+    std::stop_callback<std::function<void()>> m_onEnding;
+    std::stop_token m_stop;
+    std::stop_token m_ending;
+    QTimer m_bound;
+};
+
+template <typename Result>
+QCoro::Task<Result> outcomeWithin(std::unique_ptr<CallEnd> end, QCoro::Task<Result> running)
+{
+    try {
+        co_return co_await running;
+    } catch (const CancellationError &) {
+        if (!end->isByTheBound()) {
+            throw;
+        }
+    }
+    throw CredentialStoreError::keychain(kTimedOut);
+}
+
+} // namespace
+
+template <typename Work> auto KeychainCredentialStore::perform(Work work, std::stop_token stop)
+{
+    auto end = std::make_unique<CallEnd>(stop, m_ending.get_token(), m_bound);
+    auto running = m_worker.run(
+        [service = m_service, work = std::move(work)](std::stop_token ended) {
+            KeychainItems items(service, Prompting::Allowed, std::move(ended));
+            return work(items);
+        },
+        end->token());
+    return outcomeWithin(std::move(end), std::move(running));
+}
+
+template <typename Work>
+auto KeychainCredentialStore::performNow(Work work, std::chrono::milliseconds bound)
+{
+    using Result = std::invoke_result_t<Work, KeychainItems &>;
+    std::packaged_task<Result(std::stop_token)> task(
+        [service = m_service, work = std::move(work)](std::stop_token ended) {
+            KeychainItems items(service, Prompting::Refused, std::move(ended));
+            return work(items);
+        });
+    std::future<Result> result = task.get_future();
+    std::jthread thread(std::move(task));
+    if (result.wait_for(bound) != std::future_status::ready) {
+        thread.request_stop();
+        m_late.push_back(std::move(thread));
+        throw CredentialStoreError::keychain(kTimedOut);
+    }
+    return result.get();
+}
+
+KeychainCredentialStore::KeychainCredentialStore(
+    const QString &service, std::chrono::milliseconds bound)
+    : m_service(service.toUtf8()), m_bound(bound)
+{
+}
+
+KeychainCredentialStore::~KeychainCredentialStore()
+{
+    m_ending.request_stop();
+}
+
+// In the operations nothing of the store is used behind the wait.
+
+QCoro::Task<std::optional<Secret>> KeychainCredentialStore::apiKey(
+    AIProvider provider, std::stop_token stop)
+{
+    const std::optional<QString> account = credentialAccount(provider);
+    if (!account) {
+        co_return std::nullopt;
+    }
+    auto reading =
+        perform([account = account->toUtf8()](KeychainItems &items) { return items.read(account); },
+            std::move(stop));
+    try {
+        const std::optional<Secret> stored = co_await reading;
+        co_return stored ? usableKey(*stored) : std::nullopt;
+    } catch (const CredentialStoreError &) {
+        co_return std::nullopt;
+    }
+}
+
+QCoro::Task<void> KeychainCredentialStore::saveAPIKey(
+    Secret key, AIProvider provider, std::stop_token stop)
+{
+    auto saving = perform(
+        [account = requiredAccount(provider), key = requiredKey(key)](KeychainItems &items) {
+            items.write(account, key);
+            return Done();
+        },
+        std::move(stop));
+    co_await saving;
+}
+
+QCoro::Task<void> KeychainCredentialStore::deleteAPIKey(AIProvider provider, std::stop_token stop)
+{
+    auto removing = perform(
+        [account = requiredAccount(provider)](KeychainItems &items) {
+            items.remove(account);
+            return Done();
+        },
+        std::move(stop));
+    co_await removing;
+}
+
+QList<AIProvider> KeychainCredentialStore::providersWithStoredKey(std::chrono::milliseconds bound)
+{
+    const auto find = [](KeychainItems &items) {
+        QList<AIProvider> stored;
+        for (const AIProvider provider : cloudProviders()) {
+            if (items.contains(requiredAccount(provider))) {
+                stored.append(provider);
+            }
+        }
+        return stored;
+    };
+    try {
+        return performNow(find, bound);
+    } catch (const CredentialStoreError &) {
+        return {};
+    }
+}
+
+void KeychainCredentialStore::saveWithoutPrompting(
+    const Secret &key, AIProvider provider, std::chrono::milliseconds bound)
+{
+    const auto save = [account = requiredAccount(provider), key = requiredKey(key)](
+                          KeychainItems &items) {
+        items.write(account, key);
+        return Done();
+    };
+    performNow(save, bound);
+}
+
+} // namespace velarc
