@@ -20,10 +20,12 @@ QByteArray readStandardInput()
 
 CliSurroundings surroundingsOf(const std::shared_ptr<TaskScope> &scope)
 {
+    // One store for the whole process: without a home folder it lives in memory alone.
+    const auto store = openSharedStore();
     CliSurroundings surroundings;
-    surroundings.openStore = &openSharedStore;
-    surroundings.makeViewModel = [scope] {
-        AppServices services = makeServices(openSharedStore());
+    surroundings.openStore = [store] { return store; };
+    surroundings.makeViewModel = [scope, store] {
+        AppServices services = makeServices(store);
         services.scope = scope;
         return std::make_unique<AppViewModel>(std::move(services));
     };
