@@ -47,6 +47,7 @@ public:
     // Each reads the value that stands next.
     template <typename... Targets> void object(JsonField<Targets>... fields);
     template <typename ReadElement> void array(ReadElement readElement);
+    [[nodiscard]] QString text();
     [[nodiscard]] QByteArray utf8(); // of a string
     [[nodiscard]] qint64 integer(); // 3 and 3.0 are the integer 3; 3.5, 1e300 and true are none
     void skip();
