@@ -109,8 +109,7 @@ TEST(BodySnippet, aPartOfTheBodyIsNeverCutInsideItsBytes)
 TEST(JoinedPieces, areTrimmedAndTheEmptyOnesDropped)
 {
     JoinedPieces pieces(u", "_s);
-    for (const auto &piece : {std::optional<QString>(), std::optional(u" a\n"_s),
-             std::optional(u" "_s), std::optional(u"b c"_s)}) {
+    for (const auto &piece : {QString(), u" a\n"_s, u" "_s, u"b c"_s}) {
         pieces.add(piece);
     }
     EXPECT_EQ(pieces.text(), u"a, b c"_s);
