@@ -84,27 +84,27 @@ struct UsagePayload
 
 struct APIError
 {
-    std::optional<QString> message;
+    QString message;
 };
 
 struct MessagesEnvelope
 {
-    std::optional<QString> id;
-    std::optional<QString> model;
-    std::optional<QString> stopReason;
-    std::optional<QString> stopSequence;
-    std::optional<Content> content;
-    std::optional<UsagePayload> usage;
-    std::optional<APIError> error;
+    QString id;
+    QString model;
+    QString stopReason;
+    QString stopSequence;
+    Content content;
+    UsagePayload usage;
+    APIError error;
 };
 
 void readJson(JsonReader &reader, Content &content)
 {
     reader.array([&] {
-        std::optional<QString> type;
-        std::optional<QString> text;
+        QString type;
+        QString text;
         reader.object(field("type", type), field("text", text));
-        if (trimmedOr(type, QString()) == kTextType) {
+        if (trimmedOr(type) == kTextType) {
             content.texts.add(text);
         }
     });
@@ -161,8 +161,7 @@ QString textOrFailure(
     const CloudExchange &exchange, const std::optional<MessagesEnvelope> &envelope)
 {
     if (!exchange.succeeded()) {
-        const auto error = envelope ? envelope->error : std::nullopt;
-        const QString told = trimmedOr(error.value_or(APIError()).message, QString());
+        const QString told = envelope ? trimmedOr(envelope->error.message) : QString();
         fail(exchange,
             !told.isEmpty() ? told
                             : u"Anthropic request failed with status "_s + exchange.statusCode()
@@ -173,7 +172,7 @@ QString textOrFailure(
             u"Anthropic returned unreadable JSON (status "_s + exchange.statusCode() + u")."_s
                 + requestAndBody(exchange));
     }
-    QString text = envelope->content.value_or(Content()).texts.text();
+    QString text = envelope->content.texts.text();
     if (text.isEmpty()) {
         fail(exchange,
             u"Anthropic returned no text output. response_id="_s + responseID(*envelope)
@@ -211,7 +210,7 @@ GenerationResult resultOf(
 {
     const auto envelope = envelopeOf<MessagesEnvelope>(exchange, stop);
     QString text = textOrFailure(exchange, envelope);
-    const TokenUsage counted = countedTokens(envelope->usage.value_or(UsagePayload()).tokens);
+    const TokenUsage counted = countedTokens(envelope->usage.tokens);
     GenerationResult result;
     result.payload = TextPayload{std::move(text)};
     result.usage = usageOf(counted);

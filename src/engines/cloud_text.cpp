@@ -90,7 +90,7 @@ QString promptWithAttachedDocuments(
 {
     QStringList blocks;
     for (const InputAttachment &attachment : attachments) {
-        const QString text = trimmedOr(attachment.extractedText, QString());
+        const QString text = trimmedOr(attachment.extractedText.value_or(QString()));
         if (attachment.kind == InputAttachmentKind::Pdf && !text.isEmpty()) {
             blocks.append(u"[PDF "_s + attachment.filename + u"]\n"_s + text);
         }
@@ -121,17 +121,17 @@ QString bodySnippet(QByteArrayView body, qsizetype limit)
     }
 }
 
-QString trimmedOr(const std::optional<QString> &text, const QString &fallback)
+QString trimmedOr(const QString &text, const QString &fallback)
 {
-    const QStringView trimmedText = text ? trimmed(*text) : QStringView();
-    return trimmedText.isEmpty() ? fallback : trimmedText.toString();
+    const QStringView kept = trimmed(text);
+    return kept.isEmpty() ? fallback : kept.toString();
 }
 
 JoinedPieces::JoinedPieces(QString separator) : m_separator(std::move(separator)) {}
 
-void JoinedPieces::add(const std::optional<QString> &piece)
+void JoinedPieces::add(const QString &piece)
 {
-    const QStringView kept = piece ? trimmed(*piece) : QStringView();
+    const QStringView kept = trimmed(piece);
     if (kept.isEmpty()) {
         return;
     }

@@ -8,8 +8,6 @@
 #include <QChar>
 #include <QString>
 
-#include <optional>
-
 namespace velarc {
 
 // The prompt with the texts of the PDFs behind it, each under its file's name; PDFs without text
@@ -24,8 +22,8 @@ namespace velarc {
 // How much of a body every client quotes.
 inline constexpr qsizetype kBodySnippetLimit = 400;
 
-// `text` trimmed, or `fallback` where that leaves nothing or there is no text.
-[[nodiscard]] QString trimmedOr(const std::optional<QString> &text, const QString &fallback);
+// `text` trimmed, or `fallback` where that leaves nothing.
+[[nodiscard]] QString trimmedOr(const QString &text, const QString &fallback = {});
 
 // Texts gathered one by one: each trimmed, the empty ones dropped, the rest joined.
 class JoinedPieces
@@ -33,7 +31,7 @@ class JoinedPieces
 public:
     explicit JoinedPieces(QString separator = QStringLiteral("\n"));
 
-    void add(const std::optional<QString> &piece);
+    void add(const QString &piece);
     void clear() { m_text.clear(); }
     [[nodiscard]] const QString &text() const { return m_text; } // trimmed
 

@@ -117,20 +117,10 @@ struct Candidates
     bool endedForSafety = false;
 };
 
-// The content of one candidate, and its parts; their texts go to what is gathered.
-struct Content
-{
-    Candidates &candidates;
-};
-struct Parts
-{
-    Candidates &candidates;
-};
-
 struct PromptFeedback
 {
-    std::optional<QString> blockReason;
-    std::optional<QString> blockReasonMessage;
+    QString blockReason;
+    QString blockReasonMessage;
 };
 
 struct UsageMetadata
@@ -141,49 +131,45 @@ struct UsageMetadata
 struct APIError
 {
     std::optional<qint64> code;
-    std::optional<QString> message;
-    std::optional<QString> status;
+    QString message;
+    QString status;
 };
 
 struct GenerateContentEnvelope
 {
-    std::optional<Candidates> candidates;
-    std::optional<PromptFeedback> promptFeedback;
-    std::optional<UsageMetadata> usageMetadata;
-    std::optional<APIError> error;
+    Candidates candidates;
+    PromptFeedback promptFeedback;
+    UsageMetadata usageMetadata;
+    APIError error;
 };
 
-void readJson(JsonReader &reader, Parts &parts)
+void readPart(JsonReader &reader, Candidates &candidates)
 {
-    if (reader.skippedNull()) {
-        return;
-    }
-    reader.array([&] {
-        std::optional<QString> text;
-        reader.object(field("text", text));
-        parts.candidates.texts.add(text);
-    });
+    QString text;
+    reader.object(field("text", text));
+    candidates.texts.add(text);
 }
 
-void readJson(JsonReader &reader, Content &content)
+void readContent(JsonReader &reader, Candidates &candidates)
 {
-    if (reader.skippedNull()) {
-        return;
-    }
-    Parts parts{content.candidates};
-    reader.object(field("parts", parts));
+    const auto readParts = [&] { reader.array([&] { readPart(reader, candidates); }); };
+    reader.object(field("parts", readParts));
+}
+
+bool isSafetyReason(const QString &finishReason)
+{
+    const QString reason = trimmedOr(finishReason).toUpper();
+    return std::find(kSafetyReasons.begin(), kSafetyReasons.end(), reason) != kSafetyReasons.end();
 }
 
 void readJson(JsonReader &reader, Candidates &candidates)
 {
     reader.array([&] {
-        Content content{candidates};
-        std::optional<QString> finishReason;
+        QString finishReason;
+        const auto content = [&] { readContent(reader, candidates); };
         reader.object(field("content", content), field("finishReason", finishReason));
-        const QString reason = trimmedOr(finishReason, QString()).toUpper();
         candidates.finishReasons.add(finishReason);
-        candidates.endedForSafety |=
-            std::find(kSafetyReasons.begin(), kSafetyReasons.end(), reason) != kSafetyReasons.end();
+        candidates.endedForSafety |= isSafetyReason(finishReason);
     });
 }
 
@@ -221,8 +207,7 @@ void readJson(JsonReader &reader, GenerateContentEnvelope &envelope)
 [[noreturn]] void failForStatus(
     const CloudExchange &exchange, const std::optional<GenerateContentEnvelope> &envelope)
 {
-    const auto error = envelope ? envelope->error : std::nullopt;
-    const QString told = trimmedOr(error.value_or(APIError()).message, QString());
+    const QString told = envelope ? trimmedOr(envelope->error.message) : QString();
     fail(exchange, GeminiFailure::RequestFailed,
         !told.isEmpty() ? told
                         : u"Gemini request failed with status "_s + exchange.statusCode()
@@ -231,12 +216,11 @@ void readJson(JsonReader &reader, GenerateContentEnvelope &envelope)
 
 void failIfBlocked(const CloudExchange &exchange, const GenerateContentEnvelope &envelope)
 {
-    const PromptFeedback feedback = envelope.promptFeedback.value_or(PromptFeedback());
-    const QString reason = trimmedOr(feedback.blockReason, QString());
+    const QString reason = trimmedOr(envelope.promptFeedback.blockReason);
     if (reason.isEmpty()) {
         return;
     }
-    const QString message = trimmedOr(feedback.blockReasonMessage, QString());
+    const QString message = trimmedOr(envelope.promptFeedback.blockReasonMessage);
     fail(exchange, GeminiFailure::Blocked,
         u"Gemini blocked the request ("_s + reason
             + (message.isEmpty() ? u")."_s : u"): "_s + message));
@@ -264,13 +248,13 @@ GenerationResult resultOf(const GenerateContentRequest &request, const CloudExch
         fail(exchange, GeminiFailure::RequestFailed, u"Gemini returned unreadable JSON."_s);
     }
     failIfBlocked(exchange, *envelope);
-    const Candidates candidates = envelope->candidates.value_or(Candidates());
-    if (candidates.texts.text().isEmpty()) {
-        failWithoutText(exchange, candidates);
+    const QString text = envelope->candidates.texts.text();
+    if (text.isEmpty()) {
+        failWithoutText(exchange, envelope->candidates);
     }
     GenerationResult result;
-    result.payload = TextPayload{candidates.texts.text()};
-    result.usage = usageOf(countedTokens(envelope->usageMetadata.value_or(UsageMetadata()).tokens));
+    result.payload = TextPayload{text};
+    result.usage = usageOf(countedTokens(envelope->usageMetadata.tokens));
     result.provider = AIProvider::Gemini;
     result.modelID = request.model;
     return result;

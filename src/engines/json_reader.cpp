@@ -40,6 +40,13 @@ template <typename Number> std::optional<Number> wholeNumber(QByteArrayView raw)
     return error == std::errc() && end == raw.end() ? std::optional(number) : std::nullopt;
 }
 
+// What `raw` stands for: a view of the document where nothing is escaped.
+QByteArray plainText(QByteArrayView raw)
+{
+    return raw.contains('\\') ? unescapedJson(raw)
+                              : QByteArray::fromRawData(raw.data(), raw.size());
+}
+
 } // namespace
 
 JsonReader::JsonReader(QByteArrayView utf8, std::stop_token stop)
@@ -50,6 +57,11 @@ JsonReader::JsonReader(QByteArrayView utf8, std::stop_token stop)
 QByteArray JsonReader::utf8()
 {
     return unescapedJson(take(JsonToken::Kind::String).raw);
+}
+
+QString JsonReader::text()
+{
+    return QString::fromUtf8(plainText(take(JsonToken::Kind::String).raw));
 }
 
 qint64 JsonReader::integer()
@@ -111,9 +123,7 @@ JsonToken JsonReader::take(JsonToken::Kind kind)
 
 QByteArray JsonReader::takeKey()
 {
-    const QByteArrayView raw = take(JsonToken::Kind::Key).raw;
-    return raw.contains('\\') ? unescapedJson(raw)
-                              : QByteArray::fromRawData(raw.data(), raw.size());
+    return plainText(take(JsonToken::Kind::Key).raw);
 }
 
 void readJson(JsonReader &reader, QByteArray &utf8)
@@ -123,7 +133,7 @@ void readJson(JsonReader &reader, QByteArray &utf8)
 
 void readJson(JsonReader &reader, QString &text)
 {
-    text = QString::fromUtf8(reader.utf8());
+    text = reader.text();
 }
 
 void readJson(JsonReader &reader, qint64 &integer)

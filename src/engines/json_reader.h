@@ -9,8 +9,9 @@
 //         reader.object(field("input", usage.input), field("output", usage.output));
 //     }
 //
-// Strict about types, tolerant of absence: a missing field and a null leave an optional empty, a
-// wrong type throws JsonError, unknown fields are passed over. Of two equal keys the later stands.
+// Strict about types, tolerant of absence: a missing field and a null leave a target in its first
+// state, a wrong type throws JsonError, unknown fields are passed over. Of two equal keys the later
+// stands. A function as the target reads its value itself, and is not called for a null.
 // Any thread.
 
 #include "engines/json_tokens.h"
@@ -19,6 +20,7 @@
 #include <QString>
 
 #include <optional>
+#include <type_traits>
 #include <utility>
 
 namespace velarc {
@@ -47,17 +49,16 @@ public:
     // Each reads the value that stands next.
     template <typename... Targets> void object(JsonField<Targets>... fields);
     template <typename ReadElement> void array(ReadElement readElement);
+    [[nodiscard]] QString text();
     [[nodiscard]] QByteArray utf8(); // of a string
     [[nodiscard]] qint64 integer(); // 3 and 3.0 are the integer 3; 3.5, 1e300 and true are none
     void skip();
-
-    // Skips a null, and says whether there was one.
-    [[nodiscard]] bool skippedNull();
 
 private:
     JsonTokens m_tokens;
     JsonToken m_next;
 
+    bool skippedNull();
     JsonToken take(JsonToken::Kind kind);
     [[nodiscard]] QByteArray takeKey(); // a view of the document where nothing is escaped
     template <typename Target> bool readIfNamed(const QByteArray &key, JsonField<Target> field);
@@ -70,10 +71,7 @@ void readJson(JsonReader &reader, qint64 &integer);
 
 template <typename Value> void readJson(JsonReader &reader, std::optional<Value> &value)
 {
-    value.reset();
-    if (!reader.skippedNull()) {
-        readJson(reader, value.emplace());
-    }
+    readJson(reader, value.emplace());
 }
 
 // Reads a whole document.
@@ -113,7 +111,16 @@ bool JsonReader::readIfNamed(const QByteArray &key, JsonField<Target> field)
     if (key != field.name) {
         return false;
     }
-    readJson(*this, field.target);
+    if constexpr (std::is_invocable_v<Target &>) {
+        if (!skippedNull()) {
+            field.target();
+        }
+    } else {
+        field.target = Target();
+        if (!skippedNull()) {
+            readJson(*this, field.target);
+        }
+    }
     return true;
 }
 

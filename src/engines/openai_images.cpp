@@ -55,13 +55,13 @@ struct ImagePayloads
 
 struct APIError
 {
-    std::optional<QString> message;
+    QString message;
 };
 
 struct ImagesEnvelope
 {
-    std::optional<ImagePayloads> data;
-    std::optional<APIError> error;
+    ImagePayloads data;
+    APIError error;
 };
 
 void readJson(JsonReader &reader, ImagePayloads &payloads)
@@ -87,14 +87,14 @@ void readJson(JsonReader &reader, ImagesEnvelope &envelope)
 
 [[noreturn]] void fail(const CloudExchange &exchange, const ImagesEnvelope &envelope)
 {
-    const QString told = trimmedOr(envelope.error.value_or(APIError()).message,
+    const QString told = trimmedOr(envelope.error.message,
         u"OpenAI image request failed with status "_s + exchange.statusCode() + u"."_s);
     throw OpenAIServiceError(OpenAIFailure::RequestFailed, exchange.redaction.of(told));
 }
 
 QByteArray imageOf(const ImagesEnvelope &envelope)
 {
-    const auto base64 = envelope.data ? envelope.data->firstBase64 : std::nullopt;
+    const auto &base64 = envelope.data.firstBase64;
     if (base64 && base64->size() % kLettersAGroup == 0) {
         const auto decoded = QByteArray::fromBase64Encoding(
             *base64, QByteArray::Base64Encoding | QByteArray::AbortOnBase64DecodingErrors);

@@ -67,15 +67,9 @@ struct Output
     JoinedPieces refusals;
 };
 
-// The content items of one output item, which go to what is gathered.
-struct Content
-{
-    Output &output;
-};
-
 struct IncompleteDetails
 {
-    std::optional<QString> reason;
+    QString reason;
 };
 
 struct UsagePayload
@@ -85,44 +79,39 @@ struct UsagePayload
 
 struct APIError
 {
-    std::optional<QString> message;
-    std::optional<QString> type;
-    std::optional<QString> code;
+    QString message;
+    QString type;
+    QString code;
 };
 
 struct ResponsesEnvelope
 {
-    std::optional<QString> id;
-    std::optional<QString> status;
-    std::optional<IncompleteDetails> incompleteDetails;
-    std::optional<QString> outputText;
-    std::optional<Output> output;
-    std::optional<UsagePayload> usage;
-    std::optional<APIError> error;
+    QString id;
+    QString status;
+    IncompleteDetails incompleteDetails;
+    QString outputText;
+    Output output;
+    UsagePayload usage;
+    APIError error;
 };
 
-void readJson(JsonReader &reader, Content &content)
+void readContentItem(JsonReader &reader, Output &output)
 {
-    if (reader.skippedNull()) {
-        return;
-    }
-    reader.array([&] {
-        std::optional<QString> type;
-        std::optional<QString> text;
-        std::optional<QString> refusal;
-        reader.object(field("type", type), field("text", text), field("refusal", refusal));
-        content.output.contentTypes.add(type);
-        content.output.texts.add(text);
-        content.output.refusals.add(refusal);
-    });
+    QString type;
+    QString text;
+    QString refusal;
+    reader.object(field("type", type), field("text", text), field("refusal", refusal));
+    output.contentTypes.add(type);
+    output.texts.add(text);
+    output.refusals.add(refusal);
 }
 
 void readJson(JsonReader &reader, Output &output)
 {
     reader.array([&] {
-        std::optional<QString> type;
-        Content content{output};
-        reader.object(field("type", type), field("content", content));
+        QString type;
+        const auto readContent = [&] { reader.array([&] { readContentItem(reader, output); }); };
+        reader.object(field("type", type), field("content", readContent));
         output.types.add(type);
     });
 }
@@ -164,13 +153,12 @@ QString responseStatus(const ResponsesEnvelope &envelope)
 
 QString incompleteReason(const ResponsesEnvelope &envelope)
 {
-    return trimmedOr(envelope.incompleteDetails.value_or(IncompleteDetails()).reason, u"none"_s);
+    return trimmedOr(envelope.incompleteDetails.reason, u"none"_s);
 }
 
 QString textOf(const ResponsesEnvelope &envelope)
 {
-    const Output output = envelope.output.value_or(Output());
-    const QString pieces = trimmedOr(output.texts.text(), output.refusals.text());
+    const QString pieces = trimmedOr(envelope.output.texts.text(), envelope.output.refusals.text());
     return trimmedOr(envelope.outputText, pieces);
 }
 
@@ -186,11 +174,10 @@ QString diagnosticText(
     if (!envelope) {
         return u"request_id="_s + request + u". Body: "_s + exchange.snippet();
     }
-    const Output output = envelope->output.value_or(Output());
     return u"response_id="_s + responseID(*envelope) + u"; request_id="_s + request + u"; status="_s
         + responseStatus(*envelope) + u"; incomplete_reason="_s + incompleteReason(*envelope)
-        + u"; output_types=["_s + output.types.text() + u"]; content_types=["_s
-        + output.contentTypes.text() + u"]; body="_s + exchange.snippet();
+        + u"; output_types=["_s + envelope->output.types.text() + u"]; content_types=["_s
+        + envelope->output.contentTypes.text() + u"]; body="_s + exchange.snippet();
 }
 
 QString unreadableText(const CloudExchange &exchange)
@@ -211,8 +198,7 @@ QString textOrFailure(
     const CloudExchange &exchange, const std::optional<ResponsesEnvelope> &envelope)
 {
     if (!exchange.succeeded()) {
-        const auto error = envelope ? envelope->error : std::nullopt;
-        const QString told = trimmedOr(error.value_or(APIError()).message, QString());
+        const QString told = envelope ? trimmedOr(envelope->error.message) : QString();
         fail(exchange,
             !told.isEmpty() ? told
                             : u"OpenAI request failed with status "_s + exchange.statusCode()
@@ -256,7 +242,7 @@ GenerationResult resultOf(
 {
     const auto envelope = envelopeOf<ResponsesEnvelope>(exchange, stop);
     QString text = textOrFailure(exchange, envelope);
-    const TokenUsage counted = countedTokens(envelope->usage.value_or(UsagePayload()).tokens);
+    const TokenUsage counted = countedTokens(envelope->usage.tokens);
     GenerationResult result;
     result.payload = TextPayload{std::move(text)};
     result.usage = usageOf(counted);

@@ -20,10 +20,7 @@ protected:
         return service.generateText(std::move(request), kMaxTokens, {});
     }
 
-    GenerationResult resultOf(CloudTextRequest request)
-    {
-        return endOf(call(std::move(request)));
-    }
+    GenerationResult resultOf(CloudTextRequest request) { return endOf(call(std::move(request))); }
 
     GenerationResult resultOfReply(const QByteArray &body, const HttpHeaders &headers = {})
     {

@@ -147,8 +147,7 @@ TEST_F(CloudCallTest, theMainThreadTurnsWhileLargeBodiesAreBuiltAndRead)
     timer.start(std::chrono::milliseconds(1));
     sinceTick.start();
     {
-        const GenerationResult result =
-            endOf(service->generateText(std::move(request), 2048, {}));
+        const GenerationResult result = endOf(service->generateText(std::move(request), 2048, {}));
         EXPECT_GT(textOf(result).size(), 10'000'000);
         longestGap = std::max(longestGap, sinceTick.restart());
     }

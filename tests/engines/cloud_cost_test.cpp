@@ -12,6 +12,9 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
+constexpr int kFew = 10'000;
+constexpr int kMany = 10 * kFew;
+
 // Ten times the reply may take this many times as long: far from a hundred times, but with room
 // for what caches and page faults do.
 constexpr double kLinearRatio = 40;
@@ -50,8 +53,8 @@ double secondsFor(const QByteArray &body)
 
 template <typename MakeReply> void expectLinear(MakeReply makeReply)
 {
-    const double small = secondsFor(makeReply(100'000));
-    const double large = secondsFor(makeReply(1'000'000));
+    const double small = secondsFor(makeReply(kFew));
+    const double large = secondsFor(makeReply(kMany));
     EXPECT_LT(large, kLinearRatio * std::max(small, kMeasurable));
 }
 

@@ -21,10 +21,7 @@ protected:
         return service.generateText(std::move(request), kMaxOutputTokens, {});
     }
 
-    GenerationResult resultOf(CloudTextRequest request)
-    {
-        return endOf(call(std::move(request)));
-    }
+    GenerationResult resultOf(CloudTextRequest request) { return endOf(call(std::move(request))); }
 
     // What a reply with that body becomes.
     GenerationResult resultOfReply(const QByteArray &body, const HttpHeaders &headers = {})
