@@ -48,6 +48,40 @@ Secret requiredKey(const Secret &given)
     return std::move(*key);
 }
 
+// What a worker does with the items.
+
+auto reading(QByteArray account)
+{
+    return [account = std::move(account)](KeychainItems &items) { return items.read(account); };
+}
+
+auto writing(QByteArray account, Secret key)
+{
+    return [account = std::move(account), key = std::move(key)](KeychainItems &items) {
+        items.write(account, key);
+        return Done();
+    };
+}
+
+auto removing(QByteArray account)
+{
+    return [account = std::move(account)](KeychainItems &items) {
+        items.remove(account);
+        return Done();
+    };
+}
+
+QList<AIProvider> providersIn(KeychainItems &items)
+{
+    QList<AIProvider> stored;
+    for (const AIProvider provider : cloudProviders()) {
+        if (items.contains(requiredAccount(provider))) {
+            stored.append(provider);
+        }
+    }
+    return stored;
+}
+
 // What ends a call before the desktop answers: its caller, the end of the store, or the bound.
 class CallEnd
 {
@@ -146,13 +180,13 @@ QCoro::Task<std::optional<Secret>> KeychainCredentialStore::apiKey(
     if (!account) {
         co_return std::nullopt;
     }
-    auto reading =
-        perform([account = account->toUtf8()](KeychainItems &items) { return items.read(account); },
-            std::move(stop));
+    auto running = perform(reading(account->toUtf8()), std::move(stop));
     try {
-        const std::optional<Secret> stored = co_await reading;
+        const std::optional<Secret> stored = co_await running;
         co_return stored ? usableKey(*stored) : std::nullopt;
-    } catch (const CredentialStoreError &) {
+    } catch (const CancellationError &) {
+        throw;
+    } catch (const std::exception &) {
         co_return std::nullopt;
     }
 }
@@ -160,40 +194,22 @@ QCoro::Task<std::optional<Secret>> KeychainCredentialStore::apiKey(
 QCoro::Task<void> KeychainCredentialStore::saveAPIKey(
     Secret key, AIProvider provider, std::stop_token stop)
 {
-    auto saving = perform(
-        [account = requiredAccount(provider), key = requiredKey(key)](KeychainItems &items) {
-            items.write(account, key);
-            return Done();
-        },
-        std::move(stop));
-    co_await saving;
+    QByteArray account = requiredAccount(provider);
+    auto running = perform(writing(std::move(account), requiredKey(key)), std::move(stop));
+    co_await running;
 }
 
 QCoro::Task<void> KeychainCredentialStore::deleteAPIKey(AIProvider provider, std::stop_token stop)
 {
-    auto removing = perform(
-        [account = requiredAccount(provider)](KeychainItems &items) {
-            items.remove(account);
-            return Done();
-        },
-        std::move(stop));
-    co_await removing;
+    auto running = perform(removing(requiredAccount(provider)), std::move(stop));
+    co_await running;
 }
 
 QList<AIProvider> KeychainCredentialStore::providersWithStoredKey(std::chrono::milliseconds bound)
 {
-    const auto find = [](KeychainItems &items) {
-        QList<AIProvider> stored;
-        for (const AIProvider provider : cloudProviders()) {
-            if (items.contains(requiredAccount(provider))) {
-                stored.append(provider);
-            }
-        }
-        return stored;
-    };
     try {
-        return performNow(find, bound);
-    } catch (const CredentialStoreError &) {
+        return performNow(&providersIn, bound);
+    } catch (const std::exception &) {
         return {};
     }
 }
@@ -201,12 +217,8 @@ QList<AIProvider> KeychainCredentialStore::providersWithStoredKey(std::chrono::m
 void KeychainCredentialStore::saveWithoutPrompting(
     const Secret &key, AIProvider provider, std::chrono::milliseconds bound)
 {
-    const auto save = [account = requiredAccount(provider), key = requiredKey(key)](
-                          KeychainItems &items) {
-        items.write(account, key);
-        return Done();
-    };
-    performNow(save, bound);
+    QByteArray account = requiredAccount(provider);
+    performNow(writing(std::move(account), requiredKey(key)), bound);
 }
 
 } // namespace velarc

@@ -119,14 +119,14 @@ public:
     QuietThread()
     {
         static const bool kInstalled = install();
-        t_isQuiet = kInstalled;
+        isQuiet = kInstalled;
     }
-    ~QuietThread() { t_isQuiet = false; }
+    ~QuietThread() { isQuiet = false; }
     QuietThread(const QuietThread &) = delete;
     QuietThread &operator=(const QuietThread &) = delete;
 
 private:
-    static inline thread_local bool t_isQuiet = false;
+    static inline thread_local bool isQuiet = false;
 
     static bool install()
     {
@@ -136,7 +136,7 @@ private:
             g_log_set_handler(
                 library, kAll,
                 [](const gchar *domain, GLogLevelFlags level, const gchar *text, gpointer data) {
-                    if (!t_isQuiet) {
+                    if (!isQuiet) {
                         g_log_default_handler(domain, level, text, data);
                     }
                 },
@@ -160,6 +160,11 @@ gboolean noteTrue(gpointer flag)
 {
     *static_cast<bool *>(flag) = true;
     return G_SOURCE_CONTINUE;
+}
+
+gboolean noteStopped(GCancellable *, gpointer flag)
+{
+    return noteTrue(flag);
 }
 
 } // namespace
@@ -246,6 +251,8 @@ struct KeychainItems::Members
         Failure failure;
         bus.reset(g_bus_get_sync(G_BUS_TYPE_SESSION, cancellable.get(), failure.out()));
         check(failure);
+        // Or the library ends the program when the bus goes.
+        g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
         startService();
         service.reset(SECRET_SERVICE(secret_service_open_sync(secretServiceType(prompting), nullptr,
             SECRET_SERVICE_NONE, cancellable.get(), failure.out())));
@@ -312,11 +319,11 @@ struct KeychainItems::Members
             [](GDBusConnection *, const gchar *, const gchar *, gpointer over) { noteTrue(over); },
             nullptr, &isOver, nullptr);
         const SourcePointer timeout(g_timeout_source_new(kWalletStartMilliseconds));
+        g_source_set_callback(timeout.get(), &noteTrue, &isOver, nullptr);
+        g_source_attach(timeout.get(), context.get());
         const SourcePointer stopped(g_cancellable_source_new(cancellable.get()));
-        for (GSource *source : {timeout.get(), stopped.get()}) {
-            g_source_set_callback(source, G_SOURCE_FUNC(&noteTrue), &isOver, nullptr);
-            g_source_attach(source, context.get());
-        }
+        g_source_set_callback(stopped.get(), G_SOURCE_FUNC(&noteStopped), &isOver, nullptr);
+        g_source_attach(stopped.get(), context.get());
         while (!isOver) {
             g_main_context_iteration(context.get(), TRUE);
         }

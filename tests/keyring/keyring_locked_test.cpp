@@ -90,8 +90,8 @@ TEST_F(KeyringLocked, readingAsksTheUserAndAStopEndsTheQuestion)
     const auto reading = watch(store->apiKey(AIProvider::OpenAI, source.get_token()));
     ASSERT_TRUE(prompter.isAsked());
     source.request_stop();
-    EXPECT_LT(durationOf([&] { EXPECT_THROW(outcomeOf(reading), CancellationError); }), 5s);
-    EXPECT_EQ(store->providersWithStoredKey(kLongBound), QList{AIProvider::OpenAI});
+    EXPECT_LT(durationOf([&] { EXPECT_THROW(outcomeOf(reading), CancellationError); }), 1s);
+    EXPECT_LT(durationOf([this] { store.reset(); }), 1s) << "its thread still waits for the user";
 }
 
 TEST_F(KeyringLocked, aQuestionThatNobodyAnswersEndsAtTheBound)

@@ -44,6 +44,21 @@ protected:
     }
 };
 
+// A service that answers every call with nothing at all.
+class KeyringSpeechless : public KeyringTest
+{
+protected:
+    void SetUp() override
+    {
+        KeyringTest::SetUp();
+        ASSERT_FALSE(HasFatalFailure());
+        m_service.emplace("org.freedesktop.secrets", SilentBusName::Calls::Acknowledged);
+    }
+
+private:
+    std::optional<SilentBusName> m_service;
+};
+
 void listStoredKeysAndExit()
 {
     {
@@ -131,6 +146,20 @@ TEST_F(KeyringSilent, nothingIsPrinted)
     (void)saveNow(canaryKey(), AIProvider::OpenAI, kShortBound);
     (void)save(canaryKey());
     (void)read(AIProvider::OpenAI);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(KeyringSpeechless, failsAtOnceAndWithoutAWord)
+{
+    testing::internal::CaptureStderr();
+    EXPECT_LT(durationOf([this] {
+        EXPECT_EQ(read(AIProvider::OpenAI), std::nullopt);
+        EXPECT_NE(save(canaryKey()), QString());
+        EXPECT_NE(saveNow(canaryKey()), QString());
+        EXPECT_NE(remove(), QString());
+        EXPECT_TRUE(store->providersWithStoredKey(kLongBound).isEmpty());
+    }),
+        kSlack);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 

@@ -3,6 +3,7 @@
 #include "keyring_fixture.h"
 
 #include "base/errors.h"
+#include "support/environment.h"
 
 namespace velarc {
 
@@ -212,10 +213,13 @@ TEST_F(KeyringUnlocked, callsRunInTheOrderTheyWereMade)
     EXPECT_TRUE(updating->isThere());
 }
 
-TEST_F(KeyringUnlocked, nothingIsPrinted)
+TEST_F(KeyringUnlocked, nothingIsPrintedEvenWhereTheLibrariesAreTalkative)
 {
+    const ScopedVariable talkative("G_MESSAGES_DEBUG", "all");
     testing::internal::CaptureStderr();
+    testing::internal::CaptureStdout();
     doEverything();
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 

@@ -3,6 +3,8 @@
 
 #include "keyring_fixture.h"
 
+#include "base/errors.h"
+
 namespace velarc {
 
 namespace {
@@ -12,6 +14,10 @@ class KeyringWallet : public KeyringTest
 };
 
 class KeyringWalletOfOldKind : public KeyringTest
+{
+};
+
+class KeyringWalletThatIsStarting : public KeyringTest
 {
 };
 
@@ -48,6 +54,18 @@ TEST_F(KeyringWalletOfOldKind, doesNotSpeakForTheSecretServiceAndIsAskedOnce)
     EXPECT_EQ(save(canaryKey()), u"Keychain error (202)."_s);
     EXPECT_TRUE(hasOwner(u"org.kde.kwalletd5"_s));
     EXPECT_LT(durationOf([this] { EXPECT_EQ(read(AIProvider::OpenAI), std::nullopt); }), 1s);
+}
+
+TEST_F(KeyringWalletThatIsStarting, isNotWaitedForAfterAStop)
+{
+    std::stop_source source;
+    const auto reading = watch(store->apiKey(AIProvider::OpenAI, source.get_token()));
+    const ToolRun run = runTool(
+        u"gdbus"_s, {u"wait"_s, u"--session"_s, u"--timeout"_s, u"20"_s, u"org.kde.kwalletd5"_s});
+    ASSERT_EQ(run.status, 0) << run.output.toStdString();
+    source.request_stop();
+    EXPECT_THROW(outcomeOf(reading), CancellationError);
+    EXPECT_LT(durationOf([this] { store.reset(); }), 1s);
 }
 
 } // namespace velarc
