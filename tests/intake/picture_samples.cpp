@@ -121,7 +121,8 @@ QByteArray hugeJpeg()
     for (const auto component : {quint8(1), quint8(2), quint8(3)}) {
         out << component << quint8(0x11) << quint8(0);
     }
-    return bytes + QByteArray("\xff\xd9");
+    return bytes
+        + QByteArray("\xff\xda\x00\x0c\x03\x01\x00\x02\x11\x03\x11\x00\x3f\x00\xff\xd9", 16);
 }
 
 QByteArray hugeTiff()

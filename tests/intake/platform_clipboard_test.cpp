@@ -117,6 +117,16 @@ protected:
             QCoreApplication::applicationDirPath() + u"/velarc_clipboard_owner"_s, arguments);
     }
 
+    void hangOther() const
+    {
+        const auto process = static_cast<pid_t>(other->processId());
+        if (process > 0) { // else it would be this test itself
+            ::kill(process, SIGSTOP);
+        } else {
+            ADD_FAILURE() << "the other program is gone";
+        }
+    }
+
     // Reads that were begun for the cached text come to their end.
     void turnUntilCached() const
     {
@@ -263,7 +273,7 @@ TEST_F(PlatformClipboardTest, ownerThatHangsIsAnEmptyClipboardAndFreezesNothing)
 {
     copyWithXclip(u"UTF8_STRING"_s, "never given");
     clipboard = make({400ms, 1min, 1'000'000});
-    ::kill(static_cast<pid_t>(other->processId()), SIGSTOP);
+    hangOther();
     LongestGap gap;
     EXPECT_FALSE(read().hasContent());
     EXPECT_EQ(outcomeOf(clipboard->text({})), QString());
@@ -275,7 +285,7 @@ TEST_F(PlatformClipboardTest, pasteDoesNotWaitBehindTheTextThatIsBeingCached)
     copyWithXclip(u"UTF8_STRING"_s, "given later");
     clipboard = make({10min, 10min, 1'000'000});
     turnUntilCached();
-    ::kill(static_cast<pid_t>(other->processId()), SIGSTOP);
+    hangOther();
     Q_EMIT system->dataChanged();
     ASSERT_GE(scope->running(), 1U) << "the cache waits for the owner";
     system->setText(u"ours"_s);
@@ -287,7 +297,7 @@ TEST_F(PlatformClipboardTest, ownerThatDiesWhileItIsAskedIsNotWaitedFor)
     copyWithXclip(u"UTF8_STRING"_s, "never given");
     clipboard = make({10min, 10min, 1'000'000});
     turnUntilCached();
-    ::kill(static_cast<pid_t>(other->processId()), SIGSTOP);
+    hangOther();
     const auto reading = watch(clipboard->read({}));
     other->kill();
     EXPECT_FALSE(outcomeOf(reading).hasContent());
@@ -298,11 +308,29 @@ TEST_F(PlatformClipboardTest, stopEndsAReadThatHangs)
     copyWithXclip(u"UTF8_STRING"_s, "never given");
     clipboard = make({10min, 10min, 1'000'000});
     turnUntilCached();
-    ::kill(static_cast<pid_t>(other->processId()), SIGSTOP);
+    hangOther();
     std::stop_source stop;
     const auto reading = watch(clipboard->read(stop.get_token()));
     stop.request_stop();
     EXPECT_THROW((void)outcomeOf(reading), CancellationError);
+}
+
+TEST_F(PlatformClipboardTest, ownerThatWasGivenUpTakesNoHarm)
+{
+    copyWithXclip(u"UTF8_STRING"_s, "given in the end");
+    clipboard = make({100ms, 1min, 1'000'000});
+    turnUntilCached();
+    hangOther();
+    std::stop_source stop;
+    const auto stopped = watch(clipboard->read(stop.get_token()));
+    const auto givenUp = watch(clipboard->text({}));
+    stop.request_stop();
+    EXPECT_THROW((void)outcomeOf(stopped), CancellationError);
+    EXPECT_EQ(outcomeOf(givenUp), QString());
+    ::kill(static_cast<pid_t>(other->processId()), SIGCONT);
+    clipboard = make({});
+    EXPECT_EQ(read().text, u"given in the end"_s);
+    EXPECT_EQ(other->state(), QProcess::Running);
 }
 
 TEST_F(PlatformClipboardTest, cachedTextFollowsTheClipboard)
