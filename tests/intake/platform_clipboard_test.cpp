@@ -95,6 +95,7 @@ protected:
             const auto now = clipboardOwner();
             return now != 0 && now != before && !system->ownsClipboard();
         }));
+        QGuiApplication::sync(); // Qt heard of it, too
         std::swap(other, started);
         end(started); // who owns nothing any more
     }
