@@ -4,7 +4,6 @@
 
 #include <QDir>
 #include <QSet>
-#include <QStringDecoder>
 #include <QUrl>
 
 #include <array>
@@ -44,9 +43,7 @@ QString decoded(const QString &name, const QByteArray &bytes)
     if (name == kLatin1Text) {
         return QString::fromLatin1(bytes);
     }
-    QStringDecoder utf8(QStringDecoder::Utf8);
-    QString text = utf8(bytes);
-    return utf8.hasError() ? QString::fromLatin1(bytes) : text;
+    return bytes.isValidUtf8() ? QString::fromUtf8(bytes) : QString::fromLatin1(bytes);
 }
 
 // Some owners send the zero that ends their string.

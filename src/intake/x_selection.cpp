@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <deque>
+#include <mutex>
 #include <vector>
 
 namespace velarc {
@@ -35,6 +37,22 @@ struct ConnectionDeleter
     void operator()(xcb_connection_t *connection) const { xcb_disconnect(connection); }
 };
 
+using Connection = std::unique_ptr<xcb_connection_t, ConnectionDeleter>;
+
+// Keeps the connection of a request that its owner has not answered. The answer goes to a window of
+// ours: were that gone, the error would end a simple owner, and what was copied would be lost.
+void leaveOpen(Connection connection)
+{
+    constexpr std::size_t mostLeftOpen = 16;
+    static std::mutex mutex;
+    static std::deque<Connection> leftOpen;
+    const std::lock_guard lock(mutex);
+    leftOpen.push_back(std::move(connection));
+    if (leftOpen.size() > mostLeftOpen) {
+        leftOpen.pop_front();
+    }
+}
+
 // What a property of our window holds.
 struct Property
 {
@@ -50,6 +68,9 @@ class XSelection::Transfer
 {
 public:
     Transfer(std::stop_token stop, SelectionBounds bounds);
+    ~Transfer();
+    Transfer(const Transfer &) = delete;
+    Transfer &operator=(const Transfer &) = delete;
 
     [[nodiscard]] QList<xcb_atom_t> targets();
     [[nodiscard]] QStringList namesOf(const QList<xcb_atom_t> &atoms);
@@ -58,13 +79,14 @@ public:
 private:
     std::stop_token m_stop;
     SelectionBounds m_bounds;
-    std::unique_ptr<xcb_connection_t, ConnectionDeleter> m_connection;
+    Connection m_connection;
     xcb_window_t m_window = XCB_WINDOW_NONE;
     xcb_window_t m_owner = XCB_WINDOW_NONE; // none: there is nothing to be had
     xcb_atom_t m_clipboard = XCB_ATOM_NONE;
     xcb_atom_t m_property = XCB_ATOM_NONE;
     xcb_atom_t m_incremental = XCB_ATOM_NONE;
     SteadyClock::time_point m_formDeadline;
+    bool m_isUnderWay = false; // the owner was asked and is not done
 
     [[nodiscard]] xcb_connection_t *connection() const { return m_connection.get(); }
     [[nodiscard]] xcb_atom_t atom(const QByteArray &name) const;
@@ -89,6 +111,13 @@ XSelection::Transfer::Transfer(std::stop_token stop, SelectionBounds bounds)
     m_incremental = atom("INCR");
     makeWindow();
     findOwner();
+}
+
+XSelection::Transfer::~Transfer()
+{
+    if (m_isUnderWay) {
+        leaveOpen(std::move(m_connection));
+    }
 }
 
 xcb_atom_t XSelection::Transfer::atom(const QByteArray &name) const
@@ -156,6 +185,7 @@ Owned<xcb_generic_event_t> XSelection::Transfer::await(std::uint8_t kind, Test i
         if (type == XCB_DESTROY_NOTIFY
             && reinterpret_cast<const xcb_destroy_notify_event_t *>(event.get())->window
                 == m_owner) {
+            m_isUnderWay = false;
             break;
         }
     }
@@ -189,19 +219,22 @@ std::optional<Property> XSelection::Transfer::convert(xcb_atom_t target)
     xcb_convert_selection(
         connection(), m_window, m_clipboard, target, m_property, XCB_CURRENT_TIME);
     xcb_flush(connection());
+    m_isUnderWay = true;
 
     using Answer = xcb_selection_notify_event_t;
     const auto event = await<Answer>(XCB_SELECTION_NOTIFY, [&](const Answer &answer) {
         return answer.requestor == m_window && answer.target == target;
     });
-    if (!event || reinterpret_cast<const Answer *>(event.get())->property == XCB_ATOM_NONE) {
+    if (!event) {
         return std::nullopt;
     }
-    auto property = takeProperty();
+    const bool isRefused = reinterpret_cast<const Answer *>(event.get())->property == XCB_ATOM_NONE;
+    auto property = isRefused ? std::nullopt : takeProperty();
     if (property && property->type == m_incremental) {
         auto pieces = inPieces();
         return pieces ? std::optional(Property{target, std::move(*pieces)}) : std::nullopt;
     }
+    m_isUnderWay = false;
     return property;
 }
 
@@ -222,6 +255,7 @@ std::optional<QByteArray> XSelection::Transfer::inPieces()
             return std::nullopt;
         }
         if (piece->bytes.isEmpty()) {
+            m_isUnderWay = false;
             return whole;
         }
         whole += piece->bytes;

@@ -22,7 +22,7 @@ struct SelectionBounds
 //
 // Reads on whatever thread uses it, with nothing of the window's own connection, so that an owner
 // that hangs holds up nobody else. One that stays silent, or goes away meanwhile, has no forms from
-// then on. Without a server there are none.
+// then on, and takes no harm. Without a server there are none.
 //
 // Stop: CancellationError, within a twentieth of a second.
 class XSelection final : public ClipboardForms
