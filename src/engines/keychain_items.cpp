@@ -162,11 +162,6 @@ gboolean noteTrue(gpointer flag)
     return G_SOURCE_CONTINUE;
 }
 
-gboolean noteStopped(GCancellable *, gpointer flag)
-{
-    return noteTrue(flag);
-}
-
 } // namespace
 
 struct KeychainItems::Members
@@ -321,14 +316,11 @@ struct KeychainItems::Members
         const SourcePointer timeout(g_timeout_source_new(kWalletStartMilliseconds));
         g_source_set_callback(timeout.get(), &noteTrue, &isOver, nullptr);
         g_source_attach(timeout.get(), context.get());
-        const SourcePointer stopped(g_cancellable_source_new(cancellable.get()));
-        g_source_set_callback(stopped.get(), G_SOURCE_FUNC(&noteStopped), &isOver, nullptr);
-        g_source_attach(stopped.get(), context.get());
-        while (!isOver) {
+        const std::stop_callback wakeUp(stop, [this] { g_main_context_wakeup(context.get()); });
+        while (!isOver && !stop.stop_requested()) {
             g_main_context_iteration(context.get(), TRUE);
         }
         g_source_destroy(timeout.get());
-        g_source_destroy(stopped.get());
         g_bus_unwatch_name(watch);
         throwIfStopped(stop);
     }

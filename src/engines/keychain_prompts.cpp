@@ -14,7 +14,9 @@ namespace {
 struct Question
 {
     SecretPrompt *prompt = nullptr;
-    GSource *cancelled = nullptr;
+    GCancellable *cancellable = nullptr;
+    GMainContext *context = nullptr;
+    gulong onCancel = 0;
     bool isOpen = true;
 };
 
@@ -27,7 +29,8 @@ void destroyQuestion(gpointer data)
 {
     auto *question = static_cast<Question *>(data);
     g_object_unref(question->prompt);
-    g_source_unref(question->cancelled);
+    g_object_unref(question->cancellable);
+    g_main_context_unref(question->context);
     delete question;
 }
 
@@ -39,7 +42,7 @@ template <typename GiveBack> void close(gpointer task, GiveBack giveBack)
         return;
     }
     g_signal_handlers_disconnect_by_data(question->prompt, task);
-    g_source_destroy(question->cancelled);
+    g_cancellable_disconnect(question->cancellable, question->onCancel);
     giveBack(G_TASK(task));
     g_object_unref(task);
 }
@@ -82,10 +85,20 @@ void onOwner(GObject *prompt, GParamSpec *, gpointer task)
 // The question is not dismissed: the widespread keyring daemon ends with a failed assertion when
 // that happens to a question on the screen. It takes the question back itself when the connection
 // goes.
-gboolean onCancelled(GCancellable *, gpointer task)
+gboolean closeCancelled(gpointer task)
 {
     close(task, [](GTask *returned) { g_task_return_error_if_cancelled(returned); });
     return G_SOURCE_REMOVE;
+}
+
+// In the thread that cancels. The library's own source for this leaks when it is released while the
+// cancellable still tells others.
+void onCancelled(GCancellable *, gpointer task)
+{
+    GSource *source = g_idle_source_new();
+    g_source_set_callback(source, &closeCancelled, g_object_ref(task), &g_object_unref);
+    g_source_attach(source, questionOf(task)->context);
+    g_source_unref(source);
 }
 
 void onPrompted(GObject *prompt, GAsyncResult *result, gpointer task)
@@ -108,12 +121,13 @@ void ask(SecretService *service, SecretPrompt *prompt, const GVariantType *,
     GTask *task = g_task_new(service, cancellable, callback, data);
     auto *question = new Question;
     question->prompt = SECRET_PROMPT(g_object_ref(prompt));
-    question->cancelled = g_cancellable_source_new(cancellable);
+    question->cancellable = G_CANCELLABLE(g_object_ref(cancellable));
+    question->context = g_main_context_ref_thread_default();
     g_task_set_task_data(task, question, &destroyQuestion);
     g_signal_connect(prompt, "g-signal", G_CALLBACK(&onSignal), task);
     g_signal_connect(prompt, "notify::g-name-owner", G_CALLBACK(&onOwner), task);
-    g_source_set_callback(question->cancelled, G_SOURCE_FUNC(&onCancelled), task, nullptr);
-    g_source_attach(question->cancelled, g_main_context_get_thread_default());
+    question->onCancel =
+        g_cancellable_connect(cancellable, G_CALLBACK(&onCancelled), task, nullptr);
     constexpr const char *kNoWindow = "";
     g_dbus_proxy_call(G_DBUS_PROXY(prompt), "Prompt", g_variant_new("(s)", kNoWindow),
         G_DBUS_CALL_FLAGS_NO_AUTO_START, -1, cancellable, &onPrompted, g_object_ref(task));
