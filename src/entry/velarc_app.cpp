@@ -7,6 +7,7 @@
 #include "engines/keychain_credential_store.h"
 #include "engines/on_device_services.h"
 #include "engines/openai_service.h"
+#include "intake/pdf_export.h"
 #include "run/windowless_seams.h"
 #include "store/sqlite_defaults_domain.h"
 
@@ -31,8 +32,8 @@ void addEngines(AppServices &services)
     services.geminiService = std::make_shared<GeminiService>(http, services.clock);
     services.anthropicService = std::make_shared<AnthropicService>(http, services.clock);
     services.onDeviceModel = absentOnDeviceModel();
-    services.appleIntelligenceService
-        = std::make_shared<AppleIntelligenceService>(services.onDeviceModel);
+    services.appleIntelligenceService =
+        std::make_shared<AppleIntelligenceService>(services.onDeviceModel);
     services.appleImageService = std::make_shared<AppleImageService>();
 }
 
@@ -51,7 +52,7 @@ AppServices makeServices(std::shared_ptr<const LocalStore> store)
     services.clipboardText = clipboard;
     services.clipboardWriting = clipboard;
     services.files = std::make_shared<NoFiles>();
-    services.pdfExport = std::make_shared<NoPdfExport>();
+    services.pdfExport = std::make_shared<PdfExport>();
     services.systemActions = std::make_shared<NoSystemActions>();
     return services;
 }

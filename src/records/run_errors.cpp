@@ -20,4 +20,9 @@ PDFExportServiceError PDFExportServiceError::contextUnavailable()
     return PDFExportServiceError(QStringLiteral("Could not initialize PDF context."));
 }
 
+PDFExportServiceError PDFExportServiceError::writeFailed()
+{
+    return PDFExportServiceError(QStringLiteral("Could not write the generated PDF file."));
+}
+
 } // namespace velarc

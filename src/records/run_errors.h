@@ -37,6 +37,7 @@ class PDFExportServiceError final : public UserFacingError
 {
 public:
     [[nodiscard]] static PDFExportServiceError contextUnavailable();
+    [[nodiscard]] static PDFExportServiceError writeFailed();
 
 private:
     using UserFacingError::UserFacingError;

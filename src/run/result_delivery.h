@@ -5,6 +5,7 @@
 #include "base/clock.h"
 #include "base/worker.h"
 #include "intake/clipboard_writing.h"
+#include "intake/pdf_exporting.h"
 #include "run/run_seams.h"
 #include "system_actions/system_actions.h"
 
@@ -13,15 +14,6 @@
 namespace velarc {
 
 class AppState;
-
-// Writes a text as a PDF file. Errors: PDFExportServiceError.
-class PdfExporting
-{
-public:
-    virtual ~PdfExporting() = default;
-    [[nodiscard]] virtual QCoro::Task<QUrl> exportPDF(
-        QString text, QString title, std::stop_token stop) = 0;
-};
 
 struct DeliveryServices
 {

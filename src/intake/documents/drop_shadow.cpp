@@ -55,7 +55,11 @@ public:
     }
 
 private:
-    enum class Common { Given, Left };
+    enum class Common
+    {
+        Given,
+        Left
+    };
 
     const XmlTag &m_tag;
     std::string m_source;
@@ -69,10 +73,10 @@ private:
     void sortAttributes()
     {
         for (const XmlAttribute &attribute : m_tag.attributes) {
-            const bool isNamespace
-                = attribute.name == "xmlns" || attribute.name.substr(0, 6) == "xmlns:";
+            const bool isNamespace =
+                attribute.name == "xmlns" || attribute.name.substr(0, 6) == "xmlns:";
             if (!holds(kRewritten, attribute.name)) {
-                std::string &group = isNamespace ? m_namespaces
+                std::string &group = isNamespace    ? m_namespaces
                     : holds(kOfAll, attribute.name) ? m_ofAll
                                                     : m_ofFlood;
                 group.append(" ").append(attribute.whole);
@@ -100,8 +104,8 @@ private:
         return " result=\"" + name + '"';
     }
 
-    void open(std::string_view element, const std::string &attributes,
-        Common common = Common::Given)
+    void open(
+        std::string_view element, const std::string &attributes, Common common = Common::Given)
     {
         m_out.append("<").append(m_tag.prefix()).append(element).append(m_namespaces);
         if (common == Common::Given) {

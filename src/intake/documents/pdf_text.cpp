@@ -1,12 +1,11 @@
 #include "intake/documents/conversions.h"
 #include "intake/documents/streams.h"
 
+#include <limits>
+#include <memory>
 #include <poppler-document.h>
 #include <poppler-global.h>
 #include <poppler-page.h>
-
-#include <limits>
-#include <memory>
 
 namespace velarc {
 
@@ -65,15 +64,15 @@ void appendPage(std::string &out, const poppler::ustring &text)
     }
 }
 
-void stayQuiet(const std::string &, void *) { }
+void stayQuiet(const std::string &, void *) {}
 
 std::unique_ptr<poppler::document> opened(std::string_view pdf)
 {
     if (pdf.size() > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
         throw ConversionFailure("the document is too large");
     }
-    std::unique_ptr<poppler::document> document(poppler::document::load_from_raw_data(
-        pdf.data(), static_cast<int>(pdf.size())));
+    std::unique_ptr<poppler::document> document(
+        poppler::document::load_from_raw_data(pdf.data(), static_cast<int>(pdf.size())));
     if (document == nullptr) {
         throw ConversionFailure("the document cannot be opened");
     }
@@ -94,8 +93,8 @@ void writePdfText(std::string_view pdf)
         text.clear();
         const std::unique_ptr<poppler::page> page(document->create_page(index));
         if (page != nullptr) {
-            appendPage(text,
-                page->text(poppler::rectf(), poppler::page::non_raw_non_physical_layout));
+            appendPage(
+                text, page->text(poppler::rectf(), poppler::page::non_raw_non_physical_layout));
         }
         text += kFormFeed;
         writeOut(text);

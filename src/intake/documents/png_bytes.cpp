@@ -19,14 +19,14 @@ void append(png_structp png, png_bytep bytes, png_size_t count)
     static_cast<std::string *>(png_get_io_ptr(png))->append(reinterpret_cast<char *>(bytes), count);
 }
 
-void flushNothing(png_structp) { }
+void flushNothing(png_structp) {}
 
 [[noreturn]] void fail(png_structp, png_const_charp message)
 {
     throw ConversionFailure(message);
 }
 
-void stayQuiet(png_structp, png_const_charp) { }
+void stayQuiet(png_structp, png_const_charp) {}
 
 class Writer
 {

@@ -40,7 +40,7 @@ namespace landlock {
 struct Ruleset
 {
     std::uint64_t files = 0;
-    std::uint64_t net = 0;    // since version 4
+    std::uint64_t net = 0; // since version 4
     std::uint64_t scoped = 0; // since version 6
 };
 

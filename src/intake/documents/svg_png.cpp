@@ -106,8 +106,8 @@ Placement placementOf(RsvgHandle *drawing, std::string_view svg, PixelSize size)
     const Extent width = extentOf(hasWidth, givenWidth);
     const Extent height = extentOf(hasHeight, givenHeight);
     const bool hasSize = width.pixels && height.pixels;
-    const bool hasRatio = hasViewBox && viewBox.width > 0 && viewBox.height > 0
-        && keepsProportions(svg);
+    const bool hasRatio =
+        hasViewBox && viewBox.width > 0 && viewBox.height > 0 && keepsProportions(svg);
 
     Placement placed{double(size.width), double(size.height), width.pixels.value_or(size.width),
         height.pixels.value_or(size.height), width.share, height.share};
@@ -145,8 +145,8 @@ void draw(RsvgHandle *drawing, const Placement &placed, cairo_t *cairo, PixelSiz
 // No base address: a reference to another file or to an address leads nowhere.
 Owned<RsvgHandle> loaded(std::string_view svg)
 {
-    const Owned<GInputStream> stream(g_memory_input_stream_new_from_data(
-        svg.data(), static_cast<gssize>(svg.size()), nullptr));
+    const Owned<GInputStream> stream(
+        g_memory_input_stream_new_from_data(svg.data(), static_cast<gssize>(svg.size()), nullptr));
     return Owned<RsvgHandle>(rsvg_handle_new_from_stream_sync(
         stream.get(), nullptr, RSVG_HANDLE_FLAGS_NONE, nullptr, nullptr));
 }

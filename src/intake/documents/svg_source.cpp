@@ -72,8 +72,8 @@ std::string declaredEncoding(std::string_view text)
     }
     const std::string_view declaration = text.substr(0, text.find("?>"));
     const std::size_t name = declaration.find("encoding");
-    const std::size_t open
-        = name == std::string_view::npos ? name : declaration.find_first_of("\"'", name);
+    const std::size_t open =
+        name == std::string_view::npos ? name : declaration.find_first_of("\"'", name);
     if (open == std::string_view::npos) {
         return {};
     }
@@ -106,8 +106,7 @@ std::string decoded(std::string_view text)
 {
     const auto mark = std::find_if(kByteMarks.begin(), kByteMarks.end(),
         [&](const ByteMark &known) { return startsWith(text, known.start); });
-    const std::string encoding
-        = mark != kByteMarks.end() ? mark->encoding : declaredEncoding(text);
+    const std::string encoding = mark != kByteMarks.end() ? mark->encoding : declaredEncoding(text);
     const bool isUtf8 = encoding.empty() || g_ascii_strcasecmp(encoding.c_str(), "UTF-8") == 0;
     std::string converted = isUtf8 ? std::string() : inUtf8(text, encoding.c_str());
     return converted.empty() ? std::string(text) : converted;

@@ -2,9 +2,9 @@
 #include "intake/documents/plain_text.h"
 #include "intake/documents/streams.h"
 
-#include <cairo-pdf.h>
 #include <pango/pangocairo.h>
 
+#include <cairo-pdf.h>
 #include <memory>
 
 namespace velarc {
@@ -20,10 +20,11 @@ constexpr double kTitleBaseline = 42;
 constexpr double kBodyTop = 66;
 constexpr double kLinePitch = 13.8;
 constexpr double kAscent = 0.905 * 12; // of the body's type, which sits at the top of its line
-constexpr int kLinesOfPage = 49;       // down to 752
+constexpr int kLinesOfPage = 49; // down to 752
 constexpr double kTitleGrey = 0.1;
 
-// Laying out a paragraph costs more than its length where it has no blanks, so it is done in pieces.
+// Laying out a paragraph costs more than its length where it has no blanks, so it is done in
+// pieces.
 constexpr std::size_t kPieceBytes = 1024;
 constexpr int kLinesDoneAgain = 2;
 
@@ -166,7 +167,11 @@ private:
     }
 
     // A paragraph has one direction, whatever its later pieces begin with.
-    enum class Direction { OfText, AsBefore };
+    enum class Direction
+    {
+        OfText,
+        AsBefore
+    };
     void setDirection(Direction direction)
     {
         const bool isOfText = direction == Direction::OfText;

@@ -22,11 +22,16 @@ struct XmlAttribute
 
 struct XmlTag
 {
-    enum class Kind { Start, Empty, End };
+    enum class Kind
+    {
+        Start,
+        Empty,
+        End
+    };
 
     Kind kind = Kind::Start;
     std::size_t begin = 0; // of '<' in the text
-    std::size_t end = 0;   // behind '>'
+    std::size_t end = 0; // behind '>'
     std::string_view name;
     std::vector<XmlAttribute> attributes;
 
@@ -38,7 +43,7 @@ struct XmlTag
 class XmlTagReader
 {
 public:
-    explicit XmlTagReader(std::string_view xml) : m_xml(xml) { }
+    explicit XmlTagReader(std::string_view xml) : m_xml(xml) {}
 
     // The next tag; none at the end, or where the text breaks off inside of one.
     [[nodiscard]] std::optional<XmlTag> next();
