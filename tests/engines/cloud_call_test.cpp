@@ -24,7 +24,7 @@ struct CloudCallTest : CloudTest
 {
     std::unique_ptr<OpenAIService> service = std::make_unique<OpenAIService>(transport, clock);
 
-    QCoro::Task<GenerationResult> call(const QString &prompt, std::stop_token stop = {})
+    QCoro::Task<GenerationResult> call(const QString &prompt, std::stop_token stop = {}) const
     {
         return service->generateText(textRequest(prompt), 2048, std::move(stop));
     }
