@@ -23,6 +23,16 @@ QCoro::Task<HttpReply> sendOnce(std::shared_ptr<HttpTransport> transport, HttpRe
     }
 }
 
+// What the worker does with a reply.
+auto readerOf(CloudExchange exchange, decltype(CloudCall::result) result)
+{
+    return [exchange = std::move(exchange), result = std::move(result)](
+               const std::stop_token &stop) mutable {
+        exchange.reply.body = exchange.redaction.of(exchange.reply.body);
+        return result(exchange, stop);
+    };
+}
+
 qint64 counted(const std::optional<qint64> &reported)
 {
     return std::max<qint64>(reported.value_or(0), 0);
@@ -60,11 +70,7 @@ QCoro::Task<GenerationResult> performCall(
     HttpReply reply =
         co_await sendOnce(client->transport, std::move(request), call.invalidResponse, stop);
     CloudExchange exchange{body, std::move(reply), client->clock->now(), std::move(redaction)};
-    auto read = [exchange = std::move(exchange), result = call.result](
-                    const std::stop_token &stopped) mutable {
-        exchange.reply.body = exchange.redaction.of(exchange.reply.body);
-        return result(exchange, stopped);
-    };
+    auto read = readerOf(std::move(exchange), std::move(call.result));
     co_return co_await client->worker.run(std::move(read), stop);
 }
 

@@ -110,7 +110,7 @@ QString bodySnippet(QByteArrayView body, qsizetype limit)
     qsizetype bytes = limit * kBytesPerCharacter;
     for (;; bytes *= 2) {
         const QByteArrayView part = wholeCharacters(whole, bytes);
-        const QString text = onOneLine(part);
+        QString text = onOneLine(part);
         const QStringView snippet = characterPrefix(text, limit);
         if (snippet.size() < text.size()) {
             return snippet.toString() + u"..."_s;

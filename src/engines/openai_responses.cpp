@@ -207,7 +207,7 @@ QString textOrFailure(
     if (!envelope) {
         fail(exchange, unreadableText(exchange));
     }
-    const QString text = textOf(*envelope);
+    QString text = textOf(*envelope);
     if (text.isEmpty()) {
         fail(exchange, u"OpenAI returned no text output. "_s + diagnosticText(exchange, envelope));
     }

@@ -10,9 +10,8 @@ using namespace Qt::StringLiterals;
 constexpr int kMaxTokens = 2048;
 constexpr const char *kReply = R"({"content":[{"type":"text","text":"Hello"}]})";
 
-class AnthropicServiceTest : public CloudTest
+struct AnthropicServiceTest : CloudTest
 {
-protected:
     AnthropicService service{transport, clock};
 
     QCoro::Task<GenerationResult> call(CloudTextRequest request)
@@ -142,7 +141,7 @@ TEST_F(AnthropicServiceTest, theTotalIsAlwaysTheSum)
 {
     struct Case
     {
-        const char *usage;
+        const char *usage = nullptr;
         std::optional<TokenUsage> counted;
     };
     constexpr qint64 kMost = std::numeric_limits<qint64>::max();

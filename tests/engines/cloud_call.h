@@ -26,9 +26,8 @@ inline constexpr const char *kTestKey = "sk-test-0123456789abcdef";
 // What FakeClock begins with.
 inline const QString kTestTimestamp = QStringLiteral("2026-02-20T15:00:00Z");
 
-class CloudTest : public testing::Test
+struct CloudTest : testing::Test
 {
-protected:
     std::shared_ptr<ScriptedTransport> transport = std::make_shared<ScriptedTransport>();
     std::shared_ptr<FakeClock> clock = std::make_shared<FakeClock>();
 };

@@ -20,12 +20,11 @@ constexpr const char *kReply = R"({"output_text":"Hello"})";
 // Generous: an overloaded machine may take its time.
 constexpr qint64 kLongestGapMs = 100;
 
-class CloudCallTest : public CloudTest
+struct CloudCallTest : CloudTest
 {
-protected:
     std::unique_ptr<OpenAIService> service = std::make_unique<OpenAIService>(transport, clock);
 
-    QCoro::Task<GenerationResult> call(const QString &prompt, std::stop_token stop = {})
+    QCoro::Task<GenerationResult> call(const QString &prompt, std::stop_token stop = {}) const
     {
         return service->generateText(textRequest(prompt), 2048, std::move(stop));
     }
@@ -146,12 +145,9 @@ TEST_F(CloudCallTest, theMainThreadTurnsWhileLargeBodiesAreBuiltAndRead)
     });
     timer.start(std::chrono::milliseconds(1));
     sinceTick.start();
-    {
-        const GenerationResult result = endOf(service->generateText(std::move(request), 2048, {}));
-        EXPECT_GT(textOf(result).size(), 10'000'000);
-        longestGap = std::max(longestGap, sinceTick.restart());
-    }
+    const GenerationResult result = endOf(service->generateText(std::move(request), 2048, {}));
     longestGap = std::max(longestGap, sinceTick.elapsed());
+    EXPECT_GT(textOf(result).size(), 10'000'000);
     RecordProperty("longestGapMs", static_cast<int>(longestGap));
     EXPECT_GT(ticks, 1);
     EXPECT_LT(longestGap, kLongestGapMs);

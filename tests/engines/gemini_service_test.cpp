@@ -9,9 +9,8 @@ using namespace Qt::StringLiterals;
 
 constexpr const char *kReply = R"({"candidates":[{"content":{"parts":[{"text":"Hello"}]}}]})";
 
-class GeminiServiceTest : public CloudTest
+struct GeminiServiceTest : CloudTest
 {
-protected:
     GeminiService service{transport, clock};
 
     QCoro::Task<GenerationResult> call(
@@ -234,7 +233,7 @@ TEST_F(GeminiServiceTest, tokenCountsAreReadAsTold)
 {
     struct Case
     {
-        const char *usage;
+        const char *usage = nullptr;
         std::optional<TokenUsage> counted;
     };
     constexpr qint64 kMost = std::numeric_limits<qint64>::max();

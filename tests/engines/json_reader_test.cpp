@@ -91,7 +91,7 @@ QByteArray nested(int depth)
 TEST(JsonReader, readsTheNamedFieldsAndPassesTheOthersOver)
 {
     const Outer outer = outerOf(
-        R"( {"x":[1,{"name":"no"},[]],"name":"A\u00e9\ud83d\ude42\/\n","inner":{"count":-7,"y":{}},)"
+        R"( {"x":[1,{"name":"no"},[]],"name":"A\u00e9\ud83d\ude42\/\n","inner":{"count":-7},)"
         R"("z":null,"bytes":"QQ=="} )");
     EXPECT_EQ(outer.name, u"Aé🙂/\n"_s);
     EXPECT_EQ(outer.bytes, "QQ==");

@@ -9,9 +9,8 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-class OpenAIImagesTest : public CloudTest
+struct OpenAIImagesTest : CloudTest
 {
-protected:
     OpenAIService service{transport, clock};
 
     QCoro::Task<GenerationResult> call(const QString &prompt, const QString &model = {})

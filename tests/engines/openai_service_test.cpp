@@ -11,9 +11,8 @@ using namespace Qt::StringLiterals;
 
 constexpr int kMaxOutputTokens = 2048;
 
-class OpenAIServiceTest : public CloudTest
+struct OpenAIServiceTest : CloudTest
 {
-protected:
     OpenAIService service{transport, clock};
 
     QCoro::Task<GenerationResult> call(CloudTextRequest request)
@@ -259,7 +258,7 @@ TEST_F(OpenAIServiceTest, tokenCountsAreReadAsTold)
 {
     struct Case
     {
-        const char *usage;
+        const char *usage = nullptr;
         TokenUsage shown;
     };
     constexpr qint64 kMost = std::numeric_limits<qint64>::max();
