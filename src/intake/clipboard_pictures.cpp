@@ -43,7 +43,7 @@ std::string_view viewOf(const QByteArray &bytes)
 
 QByteArray formatOf(const QByteArray &bytes)
 {
-    const std::string_view view = viewOf(bytes.first(std::min<qsizetype>(bytes.size(), 16)));
+    const std::string_view view = viewOf(bytes);
     for (const Signature &signature : kSignatures) {
         if (view.starts_with(signature.start)
             && (signature.atEight.empty()

@@ -9,6 +9,7 @@
 #include <QGuiApplication>
 #include <QImage>
 #include <QMimeData>
+#include <QTimer>
 #include <QVariant>
 #include <QWindow>
 
@@ -63,9 +64,9 @@ template <typename Result> struct FormReading
 constexpr FormReading<ClipboardPayload> kPayloadReading{&wantedForms, &payloadFrom};
 constexpr FormReading<QString> kTextReading{&wantedTextForms, &textFrom};
 
-bool isAnothersOnX(const QClipboard &clipboard)
+bool isOnX()
 {
-    return QGuiApplication::platformName() == "xcb"_L1 && !clipboard.ownsClipboard();
+    return QGuiApplication::platformName() == "xcb"_L1;
 }
 
 HeldClipboardForms formsOf(const QMimeData *data, QStringList (*wanted)(const QStringList &offered))
@@ -84,7 +85,7 @@ template <typename Result>
 QCoro::Task<Result> readForms(SharedMembers members, std::shared_ptr<SerialWorker> worker,
     FormReading<Result> reading, std::stop_token stop)
 {
-    if (isAnothersOnX(*members->clipboard)) {
+    if (isOnX()) { // what is our own, too: the event loop hands it out
         auto work = [reading, bounds = members->bounds](const std::stop_token &stopped) {
             XSelection forms(stopped, bounds);
             return reading.make(forms);
@@ -165,21 +166,43 @@ const QString &PlatformClipboard::cachedText() const
     return m_members->cachedText;
 }
 
+// The server refuses who dates a claim before the last one, and Qt dates it by the newest event
+// that it has seen. Where another program copied a moment ago, that event is yet to be seen: the
+// next turn of the event loop brings it.
+void PlatformClipboard::put(std::shared_ptr<const DataMaking> make, int attemptsLeft)
+{
+    const quint64 write = ++m_writes;
+    QMimeData *data = (*make)().release(); // the clipboard owns it
+    m_members->clipboard->setMimeData(data);
+    if (!isOnX() || m_members->clipboard->mimeData() == data || attemptsLeft == 0) {
+        return;
+    }
+    QTimer::singleShot(0, &m_connections, [this, make, write, attemptsLeft] {
+        if (write == m_writes) {
+            put(make, attemptsLeft - 1);
+        }
+    });
+}
+
 void PlatformClipboard::writeText(const QString &text)
 {
-    m_members->clipboard->setText(text);
+    put(std::make_shared<const DataMaking>([text] {
+        auto data = std::make_unique<QMimeData>();
+        data->setText(text);
+        return data;
+    }));
 }
 
 void PlatformClipboard::writeImage(const QByteArray &png)
 {
-    std::unique_ptr<QMimeData> data;
-    if (isPicture(png)) {
-        data = std::make_unique<CopiedPicture>(png);
-    } else {
-        data = std::make_unique<QMimeData>();
+    put(std::make_shared<const DataMaking>([png]() -> std::unique_ptr<QMimeData> {
+        if (isPicture(png)) {
+            return std::make_unique<CopiedPicture>(png);
+        }
+        auto data = std::make_unique<QMimeData>();
         data->setData(u"image/png"_s, png);
-    }
-    m_members->clipboard->setMimeData(data.release()); // the clipboard owns it
+        return data;
+    }));
 }
 
 void PlatformClipboard::write(const ResultPayload &payload)

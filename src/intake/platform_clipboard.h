@@ -10,17 +10,19 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
 #include <memory>
 
 class QClipboard;
+class QMimeData;
 
 namespace velarc {
 
 // Reads and writes what the programs of a session copy to each other.
 //
-// Main thread only. On X another program's data is fetched by a worker over a connection of its own
-// (see XSelection): an owner that hangs or sends hundreds of megabytes holds up nothing here, and
-// counts as an empty clipboard once `bounds` are over. On other platforms Qt fetches it on the main
+// Main thread only. On X what was copied is fetched by a worker over a connection of its own (see
+// XSelection): an owner that hangs or sends hundreds of megabytes holds up nothing here, and counts
+// as an empty clipboard once `bounds` are over. On other platforms Qt fetches it on the main
 // thread; on Wayland it gives a silent owner one second a form.
 //
 // Lifetime: what is written stays to be had as long as the application lives. The clipboard must
@@ -58,7 +60,11 @@ private:
     std::shared_ptr<Members> m_members;
     QObject m_connections; // to signals; they end with this object
 
+    using DataMaking = std::function<std::unique_ptr<QMimeData>()>;
+    quint64 m_writes = 0;
+
     void refreshCachedText();
+    void put(std::shared_ptr<const DataMaking> make, int attemptsLeft = 3);
 };
 
 } // namespace velarc

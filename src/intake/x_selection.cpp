@@ -271,7 +271,9 @@ QList<xcb_atom_t> XSelection::Transfer::targets()
     const std::size_t count = std::min<std::size_t>(
         static_cast<std::size_t>(property->bytes.size()) / sizeof(xcb_atom_t), kMostTargets);
     QList<xcb_atom_t> atoms(static_cast<qsizetype>(count));
-    std::memcpy(atoms.data(), property->bytes.constData(), count * sizeof(xcb_atom_t));
+    if (count > 0) {
+        std::memcpy(atoms.data(), property->bytes.constData(), count * sizeof(xcb_atom_t));
+    }
     return atoms;
 }
 

@@ -52,6 +52,9 @@ protected:
     std::unique_ptr<PlatformClipboard> clipboard = make({});
     std::unique_ptr<QProcess> other; // the program that copies
 
+    // What earlier tests did has come to Qt by now.
+    PlatformClipboardTest() { QGuiApplication::sync(); }
+
     ~PlatformClipboardTest() override
     {
         end(other);
@@ -410,6 +413,14 @@ TEST_F(PlatformClipboardTest, writingTakesThePlaceOfEverything)
     EXPECT_EQ(payload.text, u"text alone"_s);
     EXPECT_FALSE(payload.imagePNGData);
     EXPECT_FALSE(payload.pdfData);
+}
+
+TEST_F(PlatformClipboardTest, whatIsWrittenRightBehindAnotherProgramTakesItsPlace)
+{
+    const ScriptedSelectionOwner owner(ScriptedSelectionOwner::Behaviour::SendsPieces);
+    clipboard->writeText(u"later than the other"_s);
+    EXPECT_EQ(pastedByXclip(u"UTF8_STRING"_s), "later than the other");
+    EXPECT_EQ(read().text, u"later than the other"_s);
 }
 
 TEST_F(PlatformClipboardTest, whatWasWrittenStaysWhenThisObjectGoes)
