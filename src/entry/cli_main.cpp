@@ -1,6 +1,7 @@
 // velarc-cli: runs an action from the terminal, from scripts and from desktop shortcuts.
 
 #include "entry/cli_programs.h"
+#include "entry/process_hardening.h"
 #include "entry/velarc_app.h"
 
 #include <QCoreApplication>
@@ -49,6 +50,7 @@ QCoro::Task<void> performAndExit(CliSurroundings surroundings)
 
 int main(int argc, char **argv)
 {
+    keepMemoryPrivate();
     QCoreApplication application(argc, argv);
     const auto scope = std::make_shared<TaskScope>();
     QMetaObject::invokeMethod(

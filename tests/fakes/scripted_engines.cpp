@@ -4,7 +4,7 @@ namespace velarc {
 
 namespace {
 
-QCoro::Task<GenerationResult> answered(ScriptedAnswer *answer, std::stop_token stop)
+QCoro::Task<GenerationResult> answered(EngineAnswer *answer, std::stop_token stop)
 {
     GenerationResult result = answer->result;
     const std::exception_ptr failure = answer->failure;

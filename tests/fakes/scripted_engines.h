@@ -9,7 +9,7 @@
 
 namespace velarc {
 
-struct ScriptedAnswer
+struct EngineAnswer
 {
     Gate gate;
     GenerationResult result;
@@ -19,7 +19,7 @@ struct ScriptedAnswer
 class ScriptedOpenAI final : public OpenAIServing
 {
 public:
-    ScriptedAnswer answer;
+    EngineAnswer answer;
     QList<CloudTextRequest> textRequests;
     QList<int> tokenLimits;
     QList<CloudImageRequest> imageRequests;
@@ -33,7 +33,7 @@ public:
 class ScriptedGemini final : public GeminiServing
 {
 public:
-    ScriptedAnswer answer;
+    EngineAnswer answer;
     QList<CloudTextRequest> textRequests;
     QList<OutputFormat> formats;
 
@@ -44,7 +44,7 @@ public:
 class ScriptedAnthropic final : public AnthropicServing
 {
 public:
-    ScriptedAnswer answer;
+    EngineAnswer answer;
     QList<CloudTextRequest> textRequests;
     QList<int> tokenLimits;
 

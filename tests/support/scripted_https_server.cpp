@@ -243,9 +243,10 @@ void ScriptedHttpsServer::Connection::reset()
     m_socket.abort();
 }
 
-ScriptedHttpsServer::ScriptedHttpsServer(ServerIdentity identity) : m_identity(std::move(identity))
+ScriptedHttpsServer::ScriptedHttpsServer(ServerIdentity identity, quint16 port)
+    : m_identity(std::move(identity))
 {
-    if (!listen(QHostAddress::LocalHost)) {
+    if (!listen(QHostAddress::LocalHost, port)) {
         throw std::runtime_error("the scripted server cannot listen");
     }
 }

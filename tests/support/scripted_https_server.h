@@ -75,7 +75,8 @@ class ScriptedHttpsServer : public QTcpServer
 public:
     using Answerer = std::function<ScriptedAnswer(const ReceivedRequest &)>;
 
-    explicit ScriptedHttpsServer(ServerIdentity identity);
+    // On any free port unless one is named.
+    explicit ScriptedHttpsServer(ServerIdentity identity, quint16 port = 0);
     ~ScriptedHttpsServer() override;
 
     [[nodiscard]] QUrl url(const QString &path) const;

@@ -51,6 +51,11 @@ ServerIdentity TestAuthority::issue()
     return issue(kLoopback, kDaysValid);
 }
 
+ServerIdentity TestAuthority::issueFor(const QStringList &hosts)
+{
+    return issue(u"subjectAltName=DNS:"_s + hosts.join(u",DNS:"_s), kDaysValid);
+}
+
 ServerIdentity TestAuthority::issueExpired()
 {
     return issue(kLoopback, kDaysExpired);

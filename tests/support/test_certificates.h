@@ -26,6 +26,8 @@ public:
 
     // For localhost and 127.0.0.1.
     [[nodiscard]] ServerIdentity issue();
+    // For these hosts.
+    [[nodiscard]] ServerIdentity issueFor(const QStringList &hosts);
     // The same, but no longer valid.
     [[nodiscard]] ServerIdentity issueExpired();
     // Valid, for another host.
