@@ -194,14 +194,8 @@ QList<DebugInfoRow> infoRows(const MessagesRequest &request, const CloudExchange
         {u"Response ID"_s, responseID(envelope)},
         {u"Stop reason"_s, stopReason(envelope)},
         {u"Stop sequence"_s, trimmedOr(envelope.stopSequence, u"none"_s)},
-        {u"Input tokens"_s, QString::number(counted.inputTokens)},
-        {u"Output tokens"_s, QString::number(counted.outputTokens)},
-        {u"Total tokens"_s, QString::number(counted.totalTokens)},
-        {u"Timestamp"_s, iso8601(exchange.now)},
     };
-    if (!request.attachments.isEmpty()) {
-        rows.append({u"Attachments"_s, QString::number(request.attachments.size())});
-    }
+    appendClosingRows(rows, counted, exchange.now, request.attachments.size());
     return rows;
 }
 

@@ -1,5 +1,6 @@
 #include "engines/cloud_client.h"
 
+#include "base/locale_text.h"
 #include "engines/cloud_text.h"
 #include "engines/json_pretty.h"
 
@@ -100,6 +101,18 @@ TokenUsage countedTokens(const ReportedTokens &reported)
 std::optional<TokenUsage> usageOf(const TokenUsage &counted)
 {
     return counted.totalTokens < 1 ? std::nullopt : std::optional(counted);
+}
+
+void appendClosingRows(
+    QList<DebugInfoRow> &rows, const TokenUsage &counted, Instant now, qsizetype attachments)
+{
+    rows.append({u"Input tokens"_s, QString::number(counted.inputTokens)});
+    rows.append({u"Output tokens"_s, QString::number(counted.outputTokens)});
+    rows.append({u"Total tokens"_s, QString::number(counted.totalTokens)});
+    rows.append({u"Timestamp"_s, iso8601(now)});
+    if (attachments > 0) {
+        rows.append({u"Attachments"_s, QString::number(attachments)});
+    }
 }
 
 GenerationDebugInfo debugInfoOf(const CloudExchange &exchange, const ShownRequest &request,

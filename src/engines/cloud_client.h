@@ -126,6 +126,10 @@ struct ReportedTokens
 // `counted`, or none where the total is zero.
 [[nodiscard]] std::optional<TokenUsage> usageOf(const TokenUsage &counted);
 
+// The rows that end every list: the counts, the moment, and the attachments if there are any.
+void appendClosingRows(
+    QList<DebugInfoRow> &rows, const TokenUsage &counted, Instant now, qsizetype attachments);
+
 // How the details panel names a request: the lines above the prompt, and the prompt.
 struct ShownRequest
 {

@@ -226,14 +226,8 @@ QList<DebugInfoRow> infoRows(const ResponsesRequest &request, const CloudExchang
         {u"Response ID"_s, responseID(envelope)},
         {u"Response status"_s, responseStatus(envelope)},
         {u"Incomplete reason"_s, incompleteReason(envelope)},
-        {u"Input tokens"_s, QString::number(counted.inputTokens)},
-        {u"Output tokens"_s, QString::number(counted.outputTokens)},
-        {u"Total tokens"_s, QString::number(counted.totalTokens)},
-        {u"Timestamp"_s, iso8601(exchange.now)},
     };
-    if (!request.attachments.isEmpty()) {
-        rows.append({u"Attachments"_s, QString::number(request.attachments.size())});
-    }
+    appendClosingRows(rows, counted, exchange.now, request.attachments.size());
     return rows;
 }
 

@@ -1,7 +1,7 @@
 #include "base/uuid.h"
 #include "entry/cli_programs.h"
 #include "support/app_world.h"
-#include "support/event_loop.h"
+#include "support/wait_until.h"
 
 namespace velarc {
 namespace {

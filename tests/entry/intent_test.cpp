@@ -2,7 +2,7 @@
 #include "base/uuid.h"
 #include "entry/intent.h"
 #include "support/app_world.h"
-#include "support/event_loop.h"
+#include "support/wait_until.h"
 
 namespace velarc {
 namespace {

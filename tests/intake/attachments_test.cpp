@@ -1,7 +1,7 @@
 #include "scripted_documents.h"
 
 #include "intake/attachments.h"
-#include "support/event_loop.h"
+#include "support/wait_until.h"
 #include "support/outcome.h"
 
 #include <QDir>

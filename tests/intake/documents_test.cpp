@@ -5,7 +5,7 @@
 #include "intake/pdf_text_reader.h"
 #include "intake/svg_rasterizer.h"
 #include "records/run_errors.h"
-#include "support/event_loop.h"
+#include "support/wait_until.h"
 #include "support/printers.h"
 
 #include <QFileInfo>

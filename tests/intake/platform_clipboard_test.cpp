@@ -4,7 +4,7 @@
 
 #include "base/errors.h"
 #include "intake/platform_clipboard.h"
-#include "support/event_loop.h"
+#include "support/wait_until.h"
 #include "support/outcome.h"
 
 #include <QClipboard>

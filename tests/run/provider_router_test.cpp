@@ -2,7 +2,7 @@
 #include "engines/on_device_services.h"
 #include "records/run_errors.h"
 #include "support/app_world.h"
-#include "support/event_loop.h"
+#include "support/wait_until.h"
 
 namespace velarc {
 namespace {

@@ -1,5 +1,5 @@
 #include "support/app_world.h"
-#include "support/event_loop.h"
+#include "support/wait_until.h"
 
 #include <QDir>
 #include <QFileInfo>
