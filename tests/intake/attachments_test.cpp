@@ -1,8 +1,8 @@
 #include "scripted_documents.h"
 
 #include "intake/attachments.h"
-#include "support/wait_until.h"
 #include "support/outcome.h"
+#include "support/wait_until.h"
 
 #include <QDir>
 #include <QFile>

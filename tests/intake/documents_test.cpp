@@ -5,8 +5,8 @@
 #include "intake/pdf_text_reader.h"
 #include "intake/svg_rasterizer.h"
 #include "records/run_errors.h"
-#include "support/wait_until.h"
 #include "support/printers.h"
+#include "support/wait_until.h"
 
 #include <QFileInfo>
 #include <QProcess>

@@ -4,8 +4,8 @@
 
 #include "base/errors.h"
 #include "intake/platform_clipboard.h"
-#include "support/wait_until.h"
 #include "support/outcome.h"
+#include "support/wait_until.h"
 
 #include <QClipboard>
 #include <QElapsedTimer>
