@@ -1,0 +1,58 @@
+#include "base/private_file.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace velarc {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+QByteArray bytesOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+class PrivateFileTest : public ::testing::Test
+{
+protected:
+    QTemporaryDir folder;
+    QString path = folder.filePath(u"file"_s);
+};
+
+TEST_F(PrivateFileTest, holdsTheBytesAndIsItsUsersAlone)
+{
+    const QByteArray bytes(300'000, 'x');
+    ASSERT_TRUE(writeNewPrivateFile(path, bytes));
+    EXPECT_EQ(bytesOf(path), bytes);
+    EXPECT_EQ(QFileInfo(path).permissions(),
+        QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadUser
+            | QFileDevice::WriteUser);
+}
+
+TEST_F(PrivateFileTest, fileThatStandsIsLeftAlone)
+{
+    ASSERT_TRUE(writeNewPrivateFile(path, "first"));
+    EXPECT_FALSE(writeNewPrivateFile(path, "second"));
+    EXPECT_EQ(bytesOf(path), "first");
+}
+
+TEST_F(PrivateFileTest, linkIsNeverFollowed)
+{
+    const QString target = folder.filePath(u"target"_s);
+    ASSERT_TRUE(QFile::link(target, path));
+    EXPECT_FALSE(writeNewPrivateFile(path, "secret"));
+    EXPECT_FALSE(QFileInfo::exists(target));
+}
+
+TEST_F(PrivateFileTest, folderThatIsNotThereIsAFailure)
+{
+    EXPECT_FALSE(writeNewPrivateFile(folder.filePath(u"none/file"_s), "x"));
+}
+
+} // namespace
+} // namespace velarc
