@@ -1,49 +1,71 @@
 // velarc-cli: runs an action from the terminal, from scripts and from desktop shortcuts.
 
+#include "base/errors.h"
 #include "entry/cli_programs.h"
+#include "entry/interruption.h"
 #include "entry/process_hardening.h"
 #include "entry/velarc_app.h"
 
 #include <QCoreApplication>
-#include <QFile>
 
 #include <unistd.h>
+
+#include <csignal>
 
 using namespace velarc;
 
 namespace {
 
-QByteArray readStandardInput()
+constexpr int kStatusOfSignal = 128; // and the number of the signal
+
+// What the command line has at hand: the clipboard by way of a helper, and no more of a desktop.
+AppServices cliServices(const std::shared_ptr<const LocalStore> &store,
+    const std::shared_ptr<TaskScope> &scope, const std::shared_ptr<PendingCopy> &copied)
 {
-    QFile input;
-    return input.open(stdin, QIODevice::ReadOnly) ? input.readAll() : QByteArray();
+    AppServices services = makeServices(store);
+    services.scope = scope;
+    services.clipboard = std::make_shared<ClipboardProcess>(clipboardHelperPath());
+    services.clipboardWriting = copied;
+    return services;
 }
 
-CliSurroundings surroundingsOf(const std::shared_ptr<TaskScope> &scope)
+CliSurroundings surroundingsOf(
+    const std::shared_ptr<TaskScope> &scope, const std::shared_ptr<Interruption> &interruption)
 {
     // One store for the whole process: without a home folder it lives in memory alone.
     const auto store = openSharedStore();
+    const auto copied = std::make_shared<PendingCopy>();
     CliSurroundings surroundings;
     surroundings.openStore = [store] { return store; };
-    surroundings.makeViewModel = [scope, store] {
-        AppServices services = makeServices(store);
-        services.scope = scope;
-        return std::make_unique<AppViewModel>(std::move(services));
+    surroundings.makeViewModel = [scope, store, copied] {
+        return std::make_unique<AppViewModel>(cliServices(store, scope, copied));
     };
     surroundings.standardInputIsTerminal = [] { return isatty(STDIN_FILENO) == 1; };
-    surroundings.readStandardInput = &readStandardInput;
+    surroundings.readStandardInput = [interruption] {
+        return interruption->readToEnd(STDIN_FILENO);
+    };
+    surroundings.finishCopying = [copied](std::stop_token stop) {
+        return copyPending(copied, std::move(stop));
+    };
     surroundings.out = stdout;
     surroundings.err = stderr;
     surroundings.version = QStringLiteral(VELARC_VERSION);
     return surroundings;
 }
 
-QCoro::Task<void> performAndExit(CliSurroundings surroundings)
+QCoro::Task<void> performAndExit(
+    std::shared_ptr<TaskScope> scope, std::shared_ptr<Interruption> interruption)
 {
     CliCommand command = parseCliCommand(QCoreApplication::arguments().mid(1));
-    const CliExit exit =
-        co_await performCliCommand(std::move(command), std::move(surroundings), {});
-    QCoreApplication::exit(static_cast<int>(exit));
+    int status = kStatusOfSignal;
+    try {
+        const CliExit exit = co_await performCliCommand(
+            std::move(command), surroundingsOf(scope, interruption), interruption->token());
+        status = static_cast<int>(exit);
+    } catch (const CancellationError &) {
+        status += interruption->signal().value_or(SIGTERM);
+    }
+    QCoreApplication::exit(status);
 }
 
 } // namespace
@@ -53,8 +75,10 @@ int main(int argc, char **argv)
     keepMemoryPrivate();
     QCoreApplication application(argc, argv);
     const auto scope = std::make_shared<TaskScope>();
+    const auto interruption = std::make_shared<Interruption>();
     QMetaObject::invokeMethod(
-        &application, [scope] { static_cast<void>(performAndExit(surroundingsOf(scope))); },
+        &application,
+        [scope, interruption] { static_cast<void>(performAndExit(scope, interruption)); },
         Qt::QueuedConnection);
     const int status = QCoreApplication::exec();
     scope->finish();

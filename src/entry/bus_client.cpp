@@ -1,0 +1,159 @@
+#include "entry/bus_client.h"
+
+#include "base/uuid.h"
+#include "entry/desktop_names.h"
+
+#include <QFileInfo>
+
+#include <gio/gio.h>
+
+#include <memory>
+
+namespace velarc {
+
+namespace {
+
+constexpr int kTimeOutMs = 25'000;
+
+constexpr QLatin1StringView kTextType = "text/plain;charset=utf-8"_L1;
+constexpr QLatin1StringView kPictureType = "image/png"_L1;
+
+struct Unreference
+{
+    void operator()(GDBusConnection *connection) const { g_object_unref(connection); }
+    void operator()(GVariant *variant) const { g_variant_unref(variant); }
+    void operator()(GError *error) const { g_error_free(error); }
+};
+template <typename Type> using Held = std::unique_ptr<Type, Unreference>;
+
+// Without an address GLib would start a bus of its own where there is a display.
+bool hasBusAddress()
+{
+    if (!qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")) {
+        return true;
+    }
+    const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    return !folder.isEmpty() && QFileInfo::exists(folder + "/bus"_L1);
+}
+
+Held<GDBusConnection> sessionBus()
+{
+    if (!hasBusAddress()) {
+        return nullptr;
+    }
+    Held<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+    if (bus) {
+        g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
+    }
+    return bus;
+}
+
+WindowReply replyFor(const GError &failure)
+{
+    const bool nobodyIsThere = failure.domain == G_DBUS_ERROR
+        && (failure.code == G_DBUS_ERROR_SERVICE_UNKNOWN
+            || failure.code == G_DBUS_ERROR_NAME_HAS_NO_OWNER
+            || failure.code == G_DBUS_ERROR_SPAWN_SERVICE_NOT_FOUND);
+    return nobodyIsThere ? WindowReply::NoWindow : WindowReply::Failed;
+}
+
+struct Method
+{
+    QLatin1StringView interface;
+    const char *name;
+};
+
+// Takes over the arguments, which are floating.
+WindowReply call(Method method, GVariant *arguments, WindowStart start)
+{
+    const Held<GVariant> held(g_variant_ref_sink(arguments));
+    const Held<GDBusConnection> bus = sessionBus();
+    if (!bus) {
+        return WindowReply::NoBus;
+    }
+    const GDBusCallFlags flags =
+        start == WindowStart::Never ? G_DBUS_CALL_FLAGS_NO_AUTO_START : G_DBUS_CALL_FLAGS_NONE;
+    GError *error = nullptr;
+    const Held<GVariant> reply(g_dbus_connection_call_sync(bus.get(), kApplicationId.data(),
+        kWindowPath.data(), method.interface.data(), method.name, held.get(), nullptr, flags,
+        kTimeOutMs, nullptr, &error));
+    const Held<GError> failure(error);
+    return failure ? replyFor(*failure) : WindowReply::Done;
+}
+
+GVariant *textVariant(const QString &text)
+{
+    return g_variant_new_string(text.toUtf8().constData());
+}
+
+void addPlatformData(GVariantBuilder &builder, const char *key, const QString &value)
+{
+    if (!value.isEmpty()) {
+        g_variant_builder_add(&builder, "{sv}", key, textVariant(value));
+    }
+}
+
+GVariant *platformData(const ActivationContext &context)
+{
+    GVariantBuilder builder;
+    g_variant_builder_init(&builder, G_VARIANT_TYPE_VARDICT);
+    addPlatformData(builder, "activation-token", context.activationToken);
+    addPlatformData(builder, "desktop-startup-id", context.startupId);
+    return g_variant_builder_end(&builder);
+}
+
+QString takenFromEnvironment(const char *variable)
+{
+    const QString value = qEnvironmentVariable(variable);
+    qunsetenv(variable);
+    return value;
+}
+
+} // namespace
+
+ActivationContext ActivationContext::taken()
+{
+    return {
+        takenFromEnvironment("XDG_ACTIVATION_TOKEN"), takenFromEnvironment("DESKTOP_STARTUP_ID")};
+}
+
+WindowReply activateWindow(const ActivationContext &context, WindowStart start)
+{
+    return call({kApplicationInterface, "Activate"},
+        g_variant_new("(@a{sv})", platformData(context)), start);
+}
+
+WindowReply openInWindow(
+    const QStringList &addresses, const ActivationContext &context, WindowStart start)
+{
+    GVariantBuilder list;
+    g_variant_builder_init(&list, G_VARIANT_TYPE_STRING_ARRAY);
+    for (const QString &address : addresses) {
+        g_variant_builder_add_value(&list, textVariant(address));
+    }
+    GVariant *arguments =
+        g_variant_new("(@as@a{sv})", g_variant_builder_end(&list), platformData(context));
+    return call({kApplicationInterface, "Open"}, arguments, start);
+}
+
+WindowReply selectInWindow(const QUuid &action, const ActivationContext &context, WindowStart start)
+{
+    GVariantBuilder parameters;
+    g_variant_builder_init(&parameters, G_VARIANT_TYPE("av"));
+    g_variant_builder_add(&parameters, "v", textVariant(uuidText(action)));
+    GVariant *arguments = g_variant_new("(s@av@a{sv})", kSelectAction.data(),
+        g_variant_builder_end(&parameters), platformData(context));
+    return call({kApplicationInterface, "ActivateAction"}, arguments, start);
+}
+
+WindowReply copyInWindow(const CopiedThing &thing)
+{
+    const bool isText = thing.kind == CopiedThing::Kind::Text;
+    GVariant *bytes = g_variant_new_fixed_array(
+        G_VARIANT_TYPE_BYTE, thing.bytes.constData(), static_cast<gsize>(thing.bytes.size()), 1);
+    GVariant *arguments =
+        g_variant_new("(s@ay)", isText ? kTextType.data() : kPictureType.data(), bytes);
+    return call({kWindowInterface, "Copy"}, arguments, WindowStart::Never);
+}
+
+} // namespace velarc
