@@ -26,19 +26,9 @@ struct Unreference
 };
 template <typename Type> using Held = std::unique_ptr<Type, Unreference>;
 
-// Without an address GLib would start a bus of its own where there is a display.
-bool hasBusAddress()
-{
-    if (!qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")) {
-        return true;
-    }
-    const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    return !folder.isEmpty() && QFileInfo::exists(folder + "/bus"_L1);
-}
-
 Held<GDBusConnection> sessionBus()
 {
-    if (!hasBusAddress()) {
+    if (!hasSessionBus()) {
         return nullptr;
     }
     Held<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
@@ -110,6 +100,15 @@ QString takenFromEnvironment(const char *variable)
 }
 
 } // namespace
+
+bool hasSessionBus()
+{
+    if (!qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")) {
+        return true;
+    }
+    const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    return !folder.isEmpty() && QFileInfo::exists(folder + "/bus"_L1);
+}
 
 ActivationContext ActivationContext::taken()
 {

@@ -5,7 +5,7 @@
 // Any thread, without an application object too. Each call waits for its answer, 25 seconds at
 // most. Never starts a bus.
 
-#include "intake/clipboard_process.h"
+#include "intake/copied_thing.h"
 
 #include <QString>
 #include <QStringList>
@@ -37,6 +37,10 @@ struct ActivationContext
     // since each is good for one window.
     [[nodiscard]] static ActivationContext taken();
 };
+
+// Whether the environment names a session bus. Where it names none, asking the libraries for one
+// would start one.
+[[nodiscard]] bool hasSessionBus();
 
 // Brings the window to the front.
 [[nodiscard]] WindowReply activateWindow(const ActivationContext &context, WindowStart start);

@@ -4,7 +4,9 @@
 #include "entry/cli_programs.h"
 #include "entry/interruption.h"
 #include "entry/process_hardening.h"
+#include "entry/service_program.h"
 #include "entry/velarc_app.h"
+#include "intake/clipboard_process.h"
 
 #include <QCoreApplication>
 
@@ -29,6 +31,34 @@ AppServices cliServices(const std::shared_ptr<const LocalStore> &store,
     return services;
 }
 
+// Each run over a state of its own, as if a program of its own did it.
+ServiceParts serviceParts(const std::shared_ptr<TaskScope> &scope)
+{
+    const auto copied = std::make_shared<PendingCopy>();
+    ServiceParts parts;
+    parts.openStore = &openSharedStore;
+    parts.makeViewModel = [scope, copied] {
+        return std::make_unique<AppViewModel>(cliServices(openSharedStore(), scope, copied));
+    };
+    parts.finishCopying = [copied](std::stop_token stop) {
+        return copyPending(copied, std::move(stop));
+    };
+    parts.clock = std::make_shared<SystemClock>();
+    parts.scope = scope;
+    parts.openWindow = windowOpener();
+    return parts;
+}
+
+QCoro::Task<bool> serve(std::shared_ptr<TaskScope> scope, std::stop_token stop)
+{
+    if (!hasSessionBus()) {
+        co_return false;
+    }
+    ServiceParts parts = serviceParts(scope);
+    co_return co_await serveOnBus(
+        QDBusConnection::sessionBus(), std::move(parts), kServiceIdleTime, std::move(stop));
+}
+
 CliSurroundings surroundingsOf(
     const std::shared_ptr<TaskScope> &scope, const std::shared_ptr<Interruption> &interruption)
 {
@@ -47,6 +77,7 @@ CliSurroundings surroundingsOf(
     surroundings.finishCopying = [copied](std::stop_token stop) {
         return copyPending(copied, std::move(stop));
     };
+    surroundings.serve = [scope](std::stop_token stop) { return serve(scope, std::move(stop)); };
     surroundings.out = stdout;
     surroundings.err = stderr;
     surroundings.version = QStringLiteral(VELARC_VERSION);

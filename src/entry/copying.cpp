@@ -2,6 +2,7 @@
 
 #include "base/worker.h"
 #include "entry/bus_client.h"
+#include "intake/clipboard_process.h"
 
 #include <utility>
 

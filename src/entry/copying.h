@@ -2,8 +2,8 @@
 
 // Copying by a program that ends right after it: what it copied must stay to be had.
 
-#include "intake/clipboard_process.h"
 #include "intake/clipboard_writing.h"
+#include "intake/copied_thing.h"
 
 #include <QCoroTask>
 

@@ -5,25 +5,11 @@
 
 #include "base/worker.h"
 #include "intake/clipboard_reading.h"
+#include "intake/copied_thing.h"
 
-#include <QByteArray>
 #include <QString>
 
 namespace velarc {
-
-struct CopiedThing
-{
-    enum class Kind
-    {
-        Text, // in UTF-8
-        Picture, // as PNG
-    };
-
-    Kind kind = Kind::Text;
-    QByteArray bytes;
-
-    friend bool operator==(const CopiedThing &, const CopiedThing &) = default;
-};
 
 // Where the helper lies, seen from the running program.
 [[nodiscard]] QString clipboardHelperPath();
