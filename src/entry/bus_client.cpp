@@ -38,12 +38,28 @@ Held<GDBusConnection> sessionBus()
     return bus;
 }
 
+// Whether the error says that nobody has the name, and that nobody could be started for it.
+bool saysNobodyIsThere(int busError)
+{
+    switch (busError) {
+    case G_DBUS_ERROR_SERVICE_UNKNOWN:
+    case G_DBUS_ERROR_NAME_HAS_NO_OWNER:
+    case G_DBUS_ERROR_SPAWN_EXEC_FAILED:
+    case G_DBUS_ERROR_SPAWN_FORK_FAILED:
+    case G_DBUS_ERROR_SPAWN_CHILD_EXITED:
+    case G_DBUS_ERROR_SPAWN_CHILD_SIGNALED:
+    case G_DBUS_ERROR_SPAWN_FAILED:
+    case G_DBUS_ERROR_SPAWN_SERVICE_NOT_FOUND:
+    case G_DBUS_ERROR_SPAWN_FILE_INVALID:
+        return true;
+    default: // of a foreign enum that has many more
+        return false;
+    }
+}
+
 WindowReply replyFor(const GError &failure)
 {
-    const bool nobodyIsThere = failure.domain == G_DBUS_ERROR
-        && (failure.code == G_DBUS_ERROR_SERVICE_UNKNOWN
-            || failure.code == G_DBUS_ERROR_NAME_HAS_NO_OWNER
-            || failure.code == G_DBUS_ERROR_SPAWN_SERVICE_NOT_FOUND);
+    const bool nobodyIsThere = failure.domain == G_DBUS_ERROR && saysNobodyIsThere(failure.code);
     return nobodyIsThere ? WindowReply::NoWindow : WindowReply::Failed;
 }
 
