@@ -36,6 +36,8 @@ struct ActivationContext
     // From this process's environment, where whoever started it left them. They are removed there,
     // since each is good for one window.
     [[nodiscard]] static ActivationContext taken();
+
+    friend bool operator==(const ActivationContext &, const ActivationContext &) = default;
 };
 
 // Whether the environment names a session bus. Where it names none, asking the libraries for one

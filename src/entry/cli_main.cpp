@@ -103,6 +103,7 @@ QCoro::Task<void> performAndExit(
 
 int main(int argc, char **argv)
 {
+    holdStandardStreams();
     keepMemoryPrivate();
     QCoreApplication application(argc, argv);
     const auto scope = std::make_shared<TaskScope>();

@@ -138,6 +138,7 @@ int startKeeping(int &argc, char **argv, CopiedThing::Kind kind)
 
 int main(int argc, char **argv)
 {
+    holdStandardStreams();
     keepMemoryPrivate();
     const QByteArrayView verb(argc > 1 ? argv[1] : "");
     const QByteArrayView kind(argc > 2 ? argv[2] : "");

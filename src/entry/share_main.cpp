@@ -24,6 +24,7 @@ QByteArray readStandardInput()
 
 int main(int argc, char **argv)
 {
+    holdStandardStreams();
     keepMemoryPrivate();
     QCoreApplication application(argc, argv);
     ShareSurroundings surroundings;
