@@ -2,8 +2,7 @@
 
 #include "base/uuid.h"
 #include "entry/desktop_names.h"
-
-#include <QFileInfo>
+#include "entry/session.h"
 
 #include <gio/gio.h>
 
@@ -12,6 +11,9 @@
 namespace velarc {
 
 namespace {
+
+constexpr const char *kTokenVariable = "XDG_ACTIVATION_TOKEN";
+constexpr const char *kStartupVariable = "DESKTOP_STARTUP_ID";
 
 constexpr int kTimeOutMs = 25'000;
 
@@ -38,12 +40,14 @@ Held<GDBusConnection> sessionBus()
     return bus;
 }
 
-// Whether the error says that nobody has the name, and that nobody could be started for it.
+// Whether the error says that nobody has the name, or has it no longer, and that nobody could be
+// started for it.
 bool saysNobodyIsThere(int busError)
 {
     switch (busError) {
     case G_DBUS_ERROR_SERVICE_UNKNOWN:
     case G_DBUS_ERROR_NAME_HAS_NO_OWNER:
+    case G_DBUS_ERROR_NO_REPLY: // it left the bus; one that only keeps silent is timed out
     case G_DBUS_ERROR_SPAWN_EXEC_FAILED:
     case G_DBUS_ERROR_SPAWN_FORK_FAILED:
     case G_DBUS_ERROR_SPAWN_CHILD_EXITED:
@@ -117,19 +121,20 @@ QString takenFromEnvironment(const char *variable)
 
 } // namespace
 
-bool hasSessionBus()
-{
-    if (!qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")) {
-        return true;
-    }
-    const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    return !folder.isEmpty() && QFileInfo::exists(folder + "/bus"_L1);
-}
-
 ActivationContext ActivationContext::taken()
 {
     return {
         takenFromEnvironment("XDG_ACTIVATION_TOKEN"), takenFromEnvironment("DESKTOP_STARTUP_ID")};
+}
+
+void ActivationContext::giveBack() const
+{
+    if (!activationToken.isEmpty()) {
+        qputenv(kTokenVariable, activationToken.toUtf8());
+    }
+    if (!startupId.isEmpty()) {
+        qputenv(kStartupVariable, startupId.toUtf8());
+    }
 }
 
 WindowReply activateWindow(const ActivationContext &context, WindowStart start)

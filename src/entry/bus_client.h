@@ -37,12 +37,11 @@ struct ActivationContext
     // since each is good for one window.
     [[nodiscard]] static ActivationContext taken();
 
+    // Back into the environment, for a window that this process opens itself.
+    void giveBack() const;
+
     friend bool operator==(const ActivationContext &, const ActivationContext &) = default;
 };
-
-// Whether the environment names a session bus. Where it names none, asking the libraries for one
-// would start one.
-[[nodiscard]] bool hasSessionBus();
 
 // Brings the window to the front.
 [[nodiscard]] WindowReply activateWindow(const ActivationContext &context, WindowStart start);

@@ -5,6 +5,7 @@
 #include "entry/interruption.h"
 #include "entry/process_hardening.h"
 #include "entry/service_program.h"
+#include "entry/session.h"
 #include "entry/velarc_app.h"
 #include "intake/clipboard_process.h"
 

@@ -1,5 +1,7 @@
 #include "entry/single_instance.h"
 
+#include "entry/session.h"
+
 #include <utility>
 
 namespace velarc {

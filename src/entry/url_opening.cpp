@@ -1,5 +1,7 @@
 #include "entry/url_opening.h"
 
+#include "entry/session.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -61,7 +63,7 @@ bool openByXdgOpen(const QUrl &url)
 bool startWindowProgram(const QUrl &url)
 {
     const QString program = QDir(QCoreApplication::applicationDirPath()).filePath(u"velarc"_s);
-    return QFileInfo(program).isExecutable() && QProcess::startDetached(program, {url.toString()});
+    return hasDisplay() && QFileInfo(program).isExecutable() && QProcess::startDetached(program, {url.toString()});
 }
 
 } // namespace

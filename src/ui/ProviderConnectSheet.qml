@@ -1,0 +1,7 @@
+import Velarc
+
+// Takes and verifies the key of an engine.
+Sheet {
+    title: "Connect"
+    preferredWidth: 560
+}
