@@ -60,9 +60,24 @@ QCoro::Task<bool> serve(std::shared_ptr<TaskScope> scope, std::stop_token stop)
         QDBusConnection::sessionBus(), std::move(parts), kServiceIdleTime, std::move(stop));
 }
 
-CliSurroundings surroundingsOf(
-    const std::shared_ptr<TaskScope> &scope, const std::shared_ptr<Interruption> &interruption)
+struct CliProcess
 {
+    std::shared_ptr<TaskScope> scope;
+    std::shared_ptr<Interruption> interruption;
+    bool pipesAreTold = true;
+};
+
+// Asked before anything else: Qt has the signal ignored as soon as it uses a socket.
+bool isSignalIgnored(int number)
+{
+    struct sigaction standing = {};
+    return sigaction(number, nullptr, &standing) == 0 && standing.sa_handler == SIG_IGN;
+}
+
+CliSurroundings surroundingsOf(const CliProcess &process)
+{
+    const auto scope = process.scope;
+    const auto interruption = process.interruption;
     // One store for the whole process: without a home folder it lives in memory alone.
     const auto store = openSharedStore();
     const auto copied = std::make_shared<PendingCopy>();
@@ -82,20 +97,20 @@ CliSurroundings surroundingsOf(
     surroundings.out = stdout;
     surroundings.err = stderr;
     surroundings.version = QStringLiteral(VELARC_VERSION);
+    surroundings.isClosedPipeTold = process.pipesAreTold;
     return surroundings;
 }
 
-QCoro::Task<void> performAndExit(
-    std::shared_ptr<TaskScope> scope, std::shared_ptr<Interruption> interruption)
+QCoro::Task<void> performAndExit(CliProcess process)
 {
     CliCommand command = parseCliCommand(QCoreApplication::arguments().mid(1));
     int status = kStatusOfSignal;
     try {
         const CliExit exit = co_await performCliCommand(
-            std::move(command), surroundingsOf(scope, interruption), interruption->token());
+            std::move(command), surroundingsOf(process), process.interruption->token());
         status = static_cast<int>(exit);
     } catch (const CancellationError &) {
-        status += interruption->signal().value_or(SIGTERM);
+        status += process.interruption->signal().value_or(SIGTERM);
     }
     QCoreApplication::exit(status);
 }
@@ -106,14 +121,14 @@ int main(int argc, char **argv)
 {
     holdStandardStreams();
     keepMemoryPrivate();
+    const bool pipesAreTold = isSignalIgnored(SIGPIPE);
     QCoreApplication application(argc, argv);
-    const auto scope = std::make_shared<TaskScope>();
-    const auto interruption = std::make_shared<Interruption>();
+    const CliProcess process{
+        std::make_shared<TaskScope>(), std::make_shared<Interruption>(), pipesAreTold};
     QMetaObject::invokeMethod(
-        &application,
-        [scope, interruption] { static_cast<void>(performAndExit(scope, interruption)); },
+        &application, [process] { static_cast<void>(performAndExit(process)); },
         Qt::QueuedConnection);
     const int status = QCoreApplication::exec();
-    scope->finish();
+    process.scope->finish();
     return status;
 }

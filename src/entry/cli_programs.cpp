@@ -6,6 +6,7 @@
 #include "entry/action_lookup.h"
 #include "entry/cli_output.h"
 
+#include <cerrno>
 #include <utility>
 
 namespace velarc {
@@ -46,6 +47,9 @@ CliExit complain(const CliSurroundings &surroundings, const QString &sentence, C
 
 CliExit unwritten(const CliSurroundings &surroundings)
 {
+    if (errno == EPIPE && !surroundings.isClosedPipeTold) {
+        return CliExit::ClosedPipe;
+    }
     return complain(surroundings, u"the answer could not be written."_s, CliExit::RunFailed);
 }
 

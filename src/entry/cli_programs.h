@@ -25,6 +25,7 @@ enum class CliExit
     RunFailed = 1,
     Usage = 2, // also: no action of that title
     Refused = 3,
+    ClosedPipe = 141, // nobody reads the answer any more; as if the signal had ended the program
 };
 
 // The process around the program.
@@ -39,6 +40,10 @@ struct CliSurroundings
     FILE *out = nullptr;
     FILE *err = nullptr;
     QString version;
+
+    // Whether whoever started the program wants to be told of a closed pipe in words: it had the
+    // signal ignored.
+    bool isClosedPipeTold = true;
 };
 
 // Main thread. Stop: ends everything that waits with CancellationError.

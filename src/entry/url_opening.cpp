@@ -60,10 +60,20 @@ bool openByXdgOpen(const QUrl &url)
         && process->error() == QProcess::UnknownError;
 }
 
+// It keeps none of our streams: whoever reads them waits for their end.
 bool startWindowProgram(const QUrl &url)
 {
     const QString program = QDir(QCoreApplication::applicationDirPath()).filePath(u"velarc"_s);
-    return hasDisplay() && QFileInfo(program).isExecutable() && QProcess::startDetached(program, {url.toString()});
+    if (!QFileInfo(program).isExecutable()) {
+        return false;
+    }
+    QProcess process;
+    process.setProgram(program);
+    process.setArguments({url.toString()});
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    return process.startDetached();
 }
 
 } // namespace
@@ -77,7 +87,8 @@ bool openInDesktop(const QUrl &url, const ActivationContext &context)
         return false; // it is there: another one would only hand over to it
     case WindowReply::NoWindow:
     case WindowReply::NoBus:
-        return openByHandler(url) || startWindowProgram(url) || openByXdgOpen(url);
+        return hasDisplay()
+            && (startWindowProgram(url) || openByHandler(url) || openByXdgOpen(url));
     }
     Q_UNREACHABLE();
 }

@@ -4,8 +4,8 @@ import os
 import subprocess
 import unittest
 
-from desktop import (WINDOW_NAME, DesktopTest, owner_process, processes, run, start, wait_until)
-from shell_test import Shell
+import shell_test
+from desktop import WINDOW_NAME, DesktopTest, owner_process, processes, run, wait_until
 
 
 def copy(text, *options):
@@ -32,7 +32,7 @@ def keepers():
 
 
 class CliClipboard(DesktopTest):
-    store_copying_action = Shell.store_copying_action
+    store_copying_action = shell_test.Shell.store_copying_action
 
     def setUp(self):
         super().setUp()
@@ -67,14 +67,13 @@ class CliClipboard(DesktopTest):
         wait_until(lambda: not keepers(), "the end of the second keeper")
 
     def test_window_that_runs_copies_itself(self):
-        with start("velarc") as window:
-            wait_until(lambda: owner_process(WINDOW_NAME), "the window")
-            status, out, err = run("velarc-cli", "run", "Copying", "cats")
-            self.assertEqual((status, err), (0, ""))
-            self.assertEqual(pasted() + "\n", out)
-            self.assertEqual(keepers(), [])
-            self.assertEqual(processes("velarc"), [window.pid])
-            window.kill()
+        window = self.launch("velarc")
+        wait_until(lambda: owner_process(WINDOW_NAME), "the window")
+        status, out, err = run("velarc-cli", "run", "Copying", "cats")
+        self.assertEqual((status, err), (0, ""))
+        self.assertEqual(pasted() + "\n", out)
+        self.assertEqual(keepers(), [])
+        self.assertEqual(processes("velarc"), [window.pid])
 
     def test_server_that_is_not_there_is_no_clipboard(self):
         nowhere = {**os.environ, "DISPLAY": ":987"}

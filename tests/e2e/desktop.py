@@ -6,6 +6,7 @@ Runs inside tests/session/run_in_session.sh, with the prefix in VELARC_PREFIX.
 import json
 import os
 import re
+import shutil
 import signal
 import sqlite3
 import subprocess
@@ -134,10 +135,22 @@ def handoff(text, action=None):
 class DesktopTest(unittest.TestCase):
     def setUp(self):
         self.addCleanup(self.end_programs)
-        status, out, err = run("velarc-cli", "actions", "--json")  # makes the store
+        self.store = Store()
+        shutil.rmtree(self.store.file.parent, ignore_errors=True)  # another test's
+        status, out, err = run("velarc-cli", "actions", "--json")  # makes it
         self.assertEqual((status, err), (0, ""))
         self.actions = json.loads(out)
-        self.store = Store()
+
+    def launch(self, program, *arguments, **options):
+        """A program that the test outlives, however it goes."""
+        return self.adopt(start(program, *arguments, **options))
+
+    def adopt(self, process):
+        def end():
+            process.kill()
+            process.communicate()
+        self.addCleanup(end)
+        return process
 
     def end_programs(self):
         for program in ["velarc", "velarc-cli"]:

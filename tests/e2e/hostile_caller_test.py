@@ -6,7 +6,7 @@ import subprocess
 import unittest
 
 from desktop import (HANDOFF_KEY, HANDOFF_URL, RESULT_KEY, RESULT_URL, WINDOW_NAME, WINDOW_PATH,
-                     DesktopTest, call, handoff, new_identifier, owner_process, run, start,
+                     DesktopTest, call, handoff, new_identifier, owner_process, run,
                      wait_until)
 
 FLOOD = os.environ["VELARC_BUS_FLOOD"]
@@ -18,14 +18,9 @@ RECORD_BYTES = 50_000_000
 class HostileCaller(DesktopTest):
     def setUp(self):
         super().setUp()
-        self.process = start("velarc")
-        self.addCleanup(self.end_window)
+        self.process = self.launch("velarc")
         wait_until(lambda: owner_process(WINDOW_NAME), "the window")
         self.flood(1, "velarc://nowhere")  # behind its first frame
-
-    def end_window(self):
-        self.process.kill()
-        self.process.wait()
 
     def flood(self, count, *addresses):
         """So many Open calls at once; how long the call behind their answers took, in ms."""

@@ -178,7 +178,7 @@ class Shell(DesktopTest):
         library = json.loads(self.store.read(key))
         copying = {**library[0], "name": "Copying", "id": "11111111-2222-4333-8444-555555555555",
                    "provider": "localFallback", "skills": [], "outputFormat": "text",
-                   "destination": {"type": "output", "output": "copyToClipboard"},
+                   "actionDestination": {"type": "output", "output": "copyToClipboard"},
                    "systemPrompt": "{User_Input} {Clipboard}"}
         self.store.write(key, [*library, copying])
 
@@ -219,8 +219,8 @@ class Completion(DesktopTest):
                                    capture_output=True, text=True, timeout=60)
             return [option.split("\t")[0] for option in ended.stdout.splitlines()]
         self.assertEqual(complete("velarc-cli a"), ["actions"])
-        self.assertEqual(complete("velarc-cli run Tell"), [JOKE.replace(" ", "\\ ")])
-        self.assertEqual(complete("velarc-share --action Tell"), [JOKE.replace(" ", "\\ ")])
+        self.assertEqual(complete("velarc-cli run Tell"), [JOKE])
+        self.assertEqual(complete("velarc-share --action Tell"), [JOKE])
 
     def test_zsh_reads_the_completion(self):
         file = PREFIX / "share/zsh/site-functions/_velarc"

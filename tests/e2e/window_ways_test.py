@@ -32,12 +32,11 @@ class EveryWay(DesktopTest):
         self.assertIsNone(self.store.read(HANDOFF_KEY))
 
     def test_text_reaches_the_window_that_runs(self):
-        with start("velarc") as window:
-            wait_until(self.listens, "the window")
-            self.assertEqual(run("velarc-share", "--action", JOKE, "cats"), (0, "", ""))
-            self.wait_for_run_of(self.action(JOKE))
-            self.assertEqual(processes("velarc"), [window.pid])
-            window.kill()
+        window = self.launch("velarc")
+        wait_until(self.listens, "the window")
+        self.assertEqual(run("velarc-share", "--action", JOKE, "cats"), (0, "", ""))
+        self.wait_for_run_of(self.action(JOKE))
+        self.assertEqual(processes("velarc"), [window.pid])
 
     def listens(self):
         if HAS_BUS:
@@ -45,19 +44,17 @@ class EveryWay(DesktopTest):
         return (Path(os.environ["XDG_RUNTIME_DIR"]) / "velarc.socket").exists()
 
     def test_second_start_hands_its_address_over_and_ends(self):
-        with start("velarc") as window:
-            wait_until(self.listens, "the window")
-            self.store.write(HANDOFF_KEY, handoff("cats", self.action(JOKE)))
-            self.assertEqual(run("velarc", HANDOFF_URL), (0, "", ""))
-            self.wait_for_run_of(self.action(JOKE))
-            self.assertEqual(processes("velarc"), [window.pid])
-            window.kill()
+        window = self.launch("velarc")
+        wait_until(self.listens, "the window")
+        self.store.write(HANDOFF_KEY, handoff("cats", self.action(JOKE)))
+        self.assertEqual(run("velarc", HANDOFF_URL), (0, "", ""))
+        self.wait_for_run_of(self.action(JOKE))
+        self.assertEqual(processes("velarc"), [window.pid])
 
     def test_first_start_takes_its_address_up_itself(self):
         self.store.write(HANDOFF_KEY, handoff("cats", self.action(JOKE)))
-        with start("velarc", "VELARC://SHARE-HANDOFF/") as window:
-            self.wait_for_run_of(self.action(JOKE))
-            window.kill()
+        window = self.launch("velarc", "VELARC://SHARE-HANDOFF/")
+        self.wait_for_run_of(self.action(JOKE))
 
     def test_five_starts_at_once_give_one_window(self):
         starters = [start("velarc") for _ in range(5)]
@@ -67,9 +64,9 @@ class EveryWay(DesktopTest):
             starter.wait()
 
     def test_killed_window_leaves_room_for_the_next(self):
-        with start("velarc") as window:
-            wait_until(self.listens, "the window")
-            os.kill(window.pid, signal.SIGKILL)
+        window = self.launch("velarc")
+        wait_until(self.listens, "the window")
+        os.kill(window.pid, signal.SIGKILL)
         self.assertEqual(run("velarc-share", "--action", JOKE, "cats"), (0, "", ""))
         self.wait_for_run_of(self.action(JOKE))
         self.assertNotEqual(self.window(), window.pid)
@@ -83,17 +80,15 @@ class EveryWay(DesktopTest):
                                 XDG_DATA_HOME=str(home / "data"), XDG_CONFIG_HOME=None,
                                 XDG_STATE_HOME=None, XDG_CACHE_HOME=None,
                                 DBUS_SESSION_BUS_ADDRESS=None)
-            with start("velarc") as mine:
-                wait_until(self.listens, "the window")
-                with start("velarc", env=other) as theirs:
-                    wait_until((runtime / "velarc.socket").exists, "the other window")
-                    self.assertEqual(run("velarc-share", "to the other", env=other), (0, "", ""))
-                    theirs_store = Store(home / "data")
-                    wait_until(theirs_store.recent_action, "the run in the other window")
-                    self.assertIsNone(self.store.recent_action())
-                    self.assertEqual(sorted(processes("velarc")), sorted([mine.pid, theirs.pid]))
-                    theirs.kill()
-                mine.kill()
+            mine = self.launch("velarc")
+            wait_until(self.listens, "the window")
+            theirs = self.launch("velarc", env=other)
+            wait_until((runtime / "velarc.socket").exists, "the other window")
+            self.assertEqual(run("velarc-share", "to the other", env=other), (0, "", ""))
+            theirs_store = Store(home / "data")
+            wait_until(theirs_store.recent_action, "the run in the other window")
+            self.assertIsNone(self.store.recent_action())
+            self.assertEqual(sorted(processes("velarc")), sorted([mine.pid, theirs.pid]))
 
 
 @unittest.skipUnless(HAS_BUS, "this session has no bus")
@@ -102,12 +97,12 @@ class ByTheDesktop(DesktopTest):
 
     def expect_handoff_through(self, program):
         self.store.write(HANDOFF_KEY, handoff("cats", self.action(JOKE)))
-        with open_with(program, HANDOFF_URL) as opener:
-            self.wait_for_run_of(self.action(JOKE))
-            if program == "gio":
-                self.assertEqual(opener.wait(), 0)
-            else:
-                self.end_programs()  # it waits for the program that it has started
+        opener = self.adopt(open_with(program, HANDOFF_URL))
+        self.wait_for_run_of(self.action(JOKE))
+        if program == "gio":
+            self.assertEqual(opener.wait(), 0)
+        else:
+            self.end_programs()  # it waits for the program that it has started
 
     def test_gio_open_starts_the_window(self):
         self.expect_handoff_through("gio")
@@ -117,21 +112,19 @@ class ByTheDesktop(DesktopTest):
         self.expect_handoff_through("xdg-open")
 
     def test_gio_open_reaches_the_window_that_runs(self):
-        with start("velarc") as window:
-            wait_until(lambda: owner_process(WINDOW_NAME), "the window")
-            self.expect_handoff_through("gio")
-            self.assertEqual(processes("velarc"), [window.pid])
-            window.kill()
+        window = self.launch("velarc")
+        wait_until(lambda: owner_process(WINDOW_NAME), "the window")
+        self.expect_handoff_through("gio")
+        self.assertEqual(processes("velarc"), [window.pid])
 
     def test_xdg_open_reaches_the_window_that_runs(self):
-        with start("velarc") as window:
-            wait_until(lambda: owner_process(WINDOW_NAME), "the window")
-            self.store.write(HANDOFF_KEY, handoff("cats", self.action(JOKE)))
-            with open_with("xdg-open", HANDOFF_URL) as opener:
-                self.assertEqual(opener.wait(), 0)
-            self.wait_for_run_of(self.action(JOKE))
-            self.assertEqual(processes("velarc"), [window.pid])
-            window.kill()
+        window = self.launch("velarc")
+        wait_until(lambda: owner_process(WINDOW_NAME), "the window")
+        self.store.write(HANDOFF_KEY, handoff("cats", self.action(JOKE)))
+        opener = self.adopt(open_with("xdg-open", HANDOFF_URL))
+        self.assertEqual(opener.wait(), 0)
+        self.wait_for_run_of(self.action(JOKE))
+        self.assertEqual(processes("velarc"), [window.pid])
 
     def test_bus_starts_the_window_and_shows_it(self):
         call(WINDOW_NAME, WINDOW_PATH, "org.freedesktop.Application.Activate", "{}")
