@@ -2,12 +2,10 @@
 
 // The More sheet: its ways to other sheets, and the switch of the run experience.
 
-#include "base/async.h"
-
 #include <QObject>
 #include <QtQmlIntegration>
 
-#include <functional>
+#include <stop_token>
 
 namespace velarc {
 
