@@ -62,6 +62,7 @@ Sheet {
             anchors.top: pane.bottom
             anchors.topMargin: Theme.space2
             anchors.bottom: notices.top
+            anchors.bottomMargin: notices.height > 0 ? 0 : Theme.space2
             width: parent.width
             visible: !sheet.isPreviewing
             onLeftUpwards: bar.takeFocus()

@@ -19,8 +19,10 @@ Item {
         x: Theme.space5
         y: Theme.space3
         width: pane.width - 2 * Theme.space5
-        active: sourceComponent !== null
-        sourceComponent: [null, choosing, null, askingPath, working, null][pane.stage]
+        active: pane.stage === TransferPresenter.ChoosingAction
+            || pane.stage === TransferPresenter.AskingPath || pane.stage === TransferPresenter.Working
+        sourceComponent: pane.stage === TransferPresenter.AskingPath ? askingPath
+            : pane.stage === TransferPresenter.Working ? working : choosing
         onLoaded: item.forceActiveFocus()
         onActiveChanged: if (!active) {
             pane.ended();

@@ -85,6 +85,8 @@ FocusScope {
                         title: "Color"
                         labels: identity.presenter.colorNames
                         dots: identity.presenter.colorDots
+                        otherLabel: "Other"
+                        otherDot: identity.presenter.displayColor
                         currentIndex: identity.presenter.colorIndex
                         onPicked: index => identity.presenter.pickColor(index)
                     }

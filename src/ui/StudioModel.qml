@@ -45,6 +45,7 @@ FormSection {
                     width: parent.width
                     title: section.presenter.modelTitle
                     labels: section.presenter.modelNames
+                    otherLabel: section.presenter.modelID
                     currentIndex: section.presenter.modelIndex
                     onPicked: index => section.presenter.pickModel(index)
                 }

@@ -19,6 +19,7 @@ Sheet {
     ScrollArea {
         anchors.top: parent?.top
         anchors.bottom: reset.top
+        anchors.bottomMargin: Theme.space3
         width: parent?.width ?? 0
         padding: Theme.space5
 

@@ -11,6 +11,10 @@ T.ComboBox {
     property list<color> dots // a dot before each row, where given
     property list<string> groups // of each row, where given; a heading stands where one begins
     property string title // its name
+    property string otherLabel // what stands where none is selected
+    property color otherDot: "transparent"
+
+    readonly property string shownText: currentIndex < 0 ? otherLabel : displayText
 
     signal picked(int index)
 
@@ -25,15 +29,16 @@ T.ComboBox {
     onActivated: index => picked(index)
     Accessible.role: Accessible.ComboBox
     Accessible.name: title
-    Accessible.description: displayText
+    Accessible.description: shownText
     Accessible.onPressAction: popup.open()
 
     contentItem: Item {
         PickerRow {
             anchors.fill: parent
-            text: picker.currentIndex < 0 ? "" : picker.displayText
-            dot: picker.currentIndex >= 0 && picker.currentIndex < picker.dots.length
-                ? picker.dots[picker.currentIndex] : "transparent"
+            text: picker.shownText
+            dot: picker.currentIndex < 0 ? picker.otherDot
+                : picker.currentIndex < picker.dots.length ? picker.dots[picker.currentIndex]
+                : "transparent"
         }
     }
 

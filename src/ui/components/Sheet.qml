@@ -116,7 +116,7 @@ T.Popup {
                 id: commandRow
 
                 anchors.right: parent.right
-                anchors.rightMargin: Theme.space4
+                anchors.rightMargin: Theme.space5
                 anchors.verticalCenter: parent.verticalCenter
                 spacing: Theme.space2
             }

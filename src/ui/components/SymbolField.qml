@@ -9,13 +9,14 @@ TextField {
 
     property list<string> completions
     property bool isOpen: false
+    property int current: -1 // of the list; its own starts at the first at each change
     readonly property bool offers: isOpen && activeFocus && completions.length > 0
 
     signal picked(string name)
 
     onTextEdited: {
         isOpen = true;
-        list.currentIndex = -1;
+        current = -1;
     }
     onActiveFocusChanged: isOpen = false
     Accessible.description: offers ? completions.length + " suggestions" : ""
@@ -34,16 +35,18 @@ TextField {
     function step(by: int) {
         if (!offers) {
             isOpen = by > 0;
+            current = -1;
             return;
         }
-        list.currentIndex = Math.max(-1, Math.min(list.count - 1, list.currentIndex + by));
+        current = Math.max(-1, Math.min(completions.length - 1, current + by));
+        list.positionViewAtIndex(Math.max(0, current), ListView.Contain);
     }
 
     function takeCurrent(): bool {
-        if (!offers || list.currentIndex < 0) {
+        if (!offers || current < 0) {
             return false;
         }
-        take(completions[list.currentIndex]);
+        take(completions[current]);
         return true;
     }
 
@@ -66,7 +69,6 @@ TextField {
 
             clip: true
             model: field.completions
-            currentIndex: -1
             boundsBehavior: Flickable.StopAtBounds
             T.ScrollBar.vertical: ScrollBar {}
 
@@ -98,7 +100,7 @@ TextField {
 
                 background: Rectangle {
                     radius: Theme.chipRadius - 5
-                    color: row.index === list.currentIndex ? Theme.selection
+                    color: row.index === field.current ? Theme.selection
                         : row.hovered ? Theme.hover : "transparent"
                 }
             }
