@@ -36,8 +36,8 @@ struct CalendarEvent
     QString identifier; // empty until it is saved; of an occurrence, its own and not its series'
     QString calendarIdentifier; // of the calendar that holds it, or shall hold it
     QString title; // empty where it has none
-    // Of an all-day event: midnight of the first day, and midnight behind the last one, in the
-    // system's time zone. So are floating times read.
+    // Of an all-day event: midnight of its first day, and one second before the midnight that ends
+    // its last, in the system's time zone. Floating times are read in that zone as well.
     Instant startDate;
     Instant endDate; // never before the start
     bool isAllDay = false;
@@ -91,8 +91,9 @@ public:
 
     // Makes the event in its calendar when it has no identifier yet, in the system's time zone.
     // Else changes this event, of a series this occurrence alone: what the record does not hold
-    // stays as it is, the time zone the event is written in too. An all-day event stays one and
-    // covers every day that it touches, at least one. Returns the event as it now stands.
+    // stays as it is, the time zone the event is written in too. An all-day event stays one, from
+    // the day of its start to the day of its end, both included; so an end at midnight takes the
+    // day that begins there with it. Returns the event as it now stands.
     [[nodiscard]] virtual QCoro::Task<CalendarEvent> save(
         CalendarEvent event, std::stop_token stop) = 0;
 
