@@ -39,23 +39,18 @@ ProgramTexts messageTexts()
 // On the worker: looks the program up, then has it open the address.
 ComposeOutcome open(const MakeAddress &makeAddress, const ProgramTexts &texts)
 {
-    if (!hasUriHandler(texts.scheme)) {
+    const auto program = UriHandler::forScheme(texts.scheme);
+    if (!program) {
         throw CommunicationComposeError::unavailable(texts.unavailable);
     }
     const QByteArray address = makeAddress();
     if (address.size() > kMostAddressBytes) {
         throw CommunicationComposeError::failed(texts.tooLong);
     }
-    const UriLaunchResult result = launchUri(address);
-    switch (result.launch) {
-    case UriLaunch::Launched:
-        return ComposeOutcome::Opened;
-    case UriLaunch::NoHandler:
-        throw CommunicationComposeError::unavailable(texts.unavailable);
-    case UriLaunch::Failed:
-        throw CommunicationComposeError::failed(result.reason);
+    if (const auto reason = program->open(address)) {
+        throw CommunicationComposeError::failed(*reason);
     }
-    Q_UNREACHABLE();
+    return ComposeOutcome::Opened;
 }
 
 QCoro::Task<ComposeOutcome> openAddress(

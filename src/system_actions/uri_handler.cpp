@@ -2,22 +2,9 @@
 
 #include <gio/gio.h>
 
-#include <memory>
-
 namespace velarc {
 
 namespace {
-
-struct Unreference
-{
-    void operator()(gpointer object) const { g_object_unref(object); }
-};
-using Handler = std::unique_ptr<GAppInfo, Unreference>;
-
-Handler handlerOf(const QByteArray &scheme)
-{
-    return Handler(g_app_info_get_default_for_uri_scheme(scheme.constData()));
-}
 
 // Launching reaches for the bus, and a process that does so ends with it unless told otherwise.
 void outliveTheBus()
@@ -30,27 +17,25 @@ void outliveTheBus()
 
 } // namespace
 
-bool hasUriHandler(const QByteArray &scheme)
+std::optional<UriHandler> UriHandler::forScheme(const QByteArray &scheme)
 {
-    return handlerOf(scheme) != nullptr;
+    GAppInfo *program = g_app_info_get_default_for_uri_scheme(scheme.constData());
+    if (program == nullptr) {
+        return std::nullopt;
+    }
+    return UriHandler(std::shared_ptr<void>(program, &g_object_unref));
 }
 
-UriLaunchResult launchUri(const QByteArray &uri)
+std::optional<QString> UriHandler::open(QByteArray uri) const
 {
-    const Handler handler = handlerOf(uri.left(uri.indexOf(':')));
-    if (!handler) {
-        return {UriLaunch::NoHandler, {}};
-    }
     outliveTheBus();
-    QByteArray address = uri;
-    GList uris{address.data(), nullptr, nullptr};
+    GList uris{uri.data(), nullptr, nullptr};
     GError *error = nullptr;
-    if (g_app_info_launch_uris(handler.get(), &uris, nullptr, &error) != 0) {
-        return {UriLaunch::Launched, {}};
+    if (g_app_info_launch_uris(G_APP_INFO(m_program.get()), &uris, nullptr, &error) != 0) {
+        return std::nullopt;
     }
-    UriLaunchResult failed{UriLaunch::Failed, QString::fromUtf8(error->message)};
-    g_error_free(error);
-    return failed;
+    const std::unique_ptr<GError, decltype(&g_error_free)> owned(error, &g_error_free);
+    return QString::fromUtf8(owned->message);
 }
 
 } // namespace velarc

@@ -1,31 +1,28 @@
 #pragma once
 
-// The programs that the user's desktop opens addresses with. Blocks; any thread.
-
 #include <QByteArray>
 #include <QString>
 
+#include <memory>
 #include <optional>
 
 namespace velarc {
 
-enum class UriLaunch
+// The program that the user's desktop opens addresses of one scheme with. Blocks; any thread.
+class UriHandler
 {
-    Launched,
-    NoHandler, // no program is there for the scheme
-    Failed,
+public:
+    // None where no program is registered for the scheme, as "mailto", or it is not installed.
+    [[nodiscard]] static std::optional<UriHandler> forScheme(const QByteArray &scheme);
+
+    // Has the program open `uri`; does not wait for it. Returns the desktop's reason why it could
+    // not be started, or none.
+    [[nodiscard]] std::optional<QString> open(QByteArray uri) const;
+
+private:
+    explicit UriHandler(std::shared_ptr<void> program) : m_program(std::move(program)) {}
+
+    std::shared_ptr<void> m_program;
 };
-
-struct UriLaunchResult
-{
-    UriLaunch launch = UriLaunch::NoHandler;
-    QString reason; // of a failure, in the desktop's words
-};
-
-// Whether a program is registered for addresses such as "mailto:", and is installed.
-[[nodiscard]] bool hasUriHandler(const QByteArray &scheme);
-
-// Has the program registered for the scheme of `uri` open it; does not wait for it.
-[[nodiscard]] UriLaunchResult launchUri(const QByteArray &uri);
 
 } // namespace velarc

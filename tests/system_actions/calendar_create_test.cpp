@@ -193,6 +193,7 @@ TEST_F(CalendarCreate, stopThatTheStoreDoesNotHearWritesNothing)
 {
     store->accessGate.close();
     store->accessGate.ignoreStops();
+    store->saveGate.ignoreStops();
     const auto outcome = watch(service.createEvent(u"title: Review"_s, stop.get_token()));
     stop.request_stop();
     store->accessGate.open();

@@ -201,6 +201,7 @@ TEST_F(CalendarDelete, stopBeforeTheRemovalRemovesNothing)
 {
     store->accessGate.close();
     store->accessGate.ignoreStops();
+    store->saveGate.ignoreStops();
     const auto outcome = watch(service.deleteEvent(u"id: R-1"_s, stop.get_token()));
     stop.request_stop();
     store->accessGate.open();
