@@ -1,5 +1,6 @@
 #include "intake/documents/conversions.h"
 #include "intake/documents/png_bytes.h"
+#include "intake/documents/quiet_log.h"
 #include "intake/documents/rsvg_drawing.h"
 #include "intake/documents/svg_source.h"
 #include "intake/documents/xml_tags.h"
@@ -20,11 +21,6 @@ struct Unref
     void operator()(cairo_t *cairo) const { cairo_destroy(cairo); }
 };
 template <typename Object> using Owned = std::unique_ptr<Object, Unref>;
-
-GLogWriterOutput stayQuiet(GLogLevelFlags, const GLogField *, gsize, gpointer)
-{
-    return G_LOG_WRITER_HANDLED;
-}
 
 bool keepsProportions(std::string_view svg)
 {
@@ -84,7 +80,7 @@ bool showsAnything(const OwnSize &own)
 
 std::string pngOfSvg(std::string_view svg, PixelSize size)
 {
-    g_log_set_writer_func(&stayQuiet, nullptr, nullptr);
+    silenceLibraries();
     const Owned<cairo_surface_t> surface(
         cairo_image_surface_create(CAIRO_FORMAT_RGB24, size.width, size.height));
     const Owned<cairo_t> cairo(cairo_create(surface.get()));

@@ -1,5 +1,6 @@
 #include "intake/documents/conversions.h"
 #include "intake/documents/plain_text.h"
+#include "intake/documents/quiet_log.h"
 #include "intake/documents/streams.h"
 
 #include <pango/pangocairo.h>
@@ -223,16 +224,11 @@ private:
     }
 };
 
-GLogWriterOutput stayQuiet(GLogLevelFlags, const GLogField *, gsize, gpointer)
-{
-    return G_LOG_WRITER_HANDLED;
-}
-
 } // namespace
 
 void writeTextPdf(std::string_view text, std::string_view title)
 {
-    g_log_set_writer_func(&stayQuiet, nullptr, nullptr);
+    silenceLibraries();
     Output output;
     const Owned<cairo_surface_t> surface(
         cairo_pdf_surface_create_for_stream(&Output::take, &output, kPageWidth, kPageHeight));
