@@ -2,6 +2,7 @@
 #include "intake/documents/plain_text.h"
 #include "intake/documents/quiet_log.h"
 #include "intake/documents/streams.h"
+#include "intake/documents/written_line.h"
 
 #include <pango/pangocairo.h>
 
@@ -136,8 +137,8 @@ private:
     {
         m_line = 0;
         cairo_set_source_rgb(m_cairo, kTitleGrey, kTitleGrey, kTitleGrey);
-        cairo_move_to(m_cairo, kLeft, kTitleBaseline);
-        pango_cairo_show_layout_line(m_cairo, pango_layout_get_line_readonly(m_title.get(), 0));
+        velarc::writeLine(m_cairo, m_title.get(), pango_layout_get_line_readonly(m_title.get(), 0),
+            kLeft, kTitleBaseline);
         cairo_set_source_rgb(m_cairo, 0, 0, 0);
     }
 
@@ -219,8 +220,7 @@ private:
             pango_layout_line_get_extents(line, nullptr, &extents);
             left = kRight - static_cast<double>(extents.width) / PANGO_SCALE;
         }
-        cairo_move_to(m_cairo, left, nextBaseline());
-        pango_cairo_show_layout_line(m_cairo, line);
+        velarc::writeLine(m_cairo, m_body.get(), line, left, nextBaseline());
     }
 };
 
