@@ -151,8 +151,8 @@ QStringList knownSymbols()
 
 QUrl SymbolImages::url(const QString &symbolName, const QColor &color)
 {
-    return QUrl(u"image://icon/"_s + iconFile(symbolName) + u'/'
-        + color.name(QColor::HexArgb).mid(1));
+    return QUrl(
+        u"image://icon/"_s + iconFile(symbolName) + u'/' + color.name(QColor::HexArgb).mid(1));
 }
 
 } // namespace velarc

@@ -95,9 +95,9 @@ struct TransferTasks
         }
         const QString name = quoted(QFileInfo(path).fileName());
         if (!failure.isEmpty()) {
-            self->end(failure, true);
+            self->fail(failure);
         } else if (isWritten) {
-            self->end(u"Exported "_s + actionCount(actions.size()) + u" to "_s + name + u'.', false);
+            self->succeed(u"Exported "_s + actionCount(actions.size()) + u" to "_s + name + u'.');
         } else {
             self->offerReplacing(name);
         }
@@ -125,7 +125,7 @@ struct TransferTasks
         if (failure.isEmpty()) {
             self->showPreview(std::move(file));
         } else {
-            self->end(failure, true);
+            self->fail(failure);
         }
     }
 };
@@ -218,9 +218,9 @@ void TransferPresenter::importDropped(const QList<QUrl> &urls)
 {
     m_stop = begin(Idle);
     if (urls.size() != 1) {
-        tell(u"Drop one file at a time to import it. Nothing was imported."_s, true);
+        fail(u"Drop one file at a time to import it. Nothing was imported."_s);
     } else if (!urls.first().isLocalFile()) {
-        tell(u"Only files on this computer can be imported. Nothing was imported."_s, true);
+        fail(u"Only files on this computer can be imported. Nothing was imported."_s);
     } else {
         m_wish.purpose = FileWish::Purpose::Open;
         useFile(urls.first().toLocalFile(), IfPresent::Refuse);
@@ -249,7 +249,7 @@ void TransferPresenter::confirmImport()
     const QString summary = previewSummary();
     cancel();
     m_viewModel.library().importActions(taken);
-    tell(u"Imported "_s + quoted(m_fileName) + u": "_s + summary + u'.', false);
+    succeed(u"Imported "_s + quoted(m_fileName) + u": "_s + summary + u'.');
 }
 
 void TransferPresenter::cancel()
@@ -263,13 +263,13 @@ void TransferPresenter::cancel()
 
 void TransferPresenter::dismissMessage()
 {
-    tell({}, false);
+    tell({}, Tone::Plain);
 }
 
 std::stop_source TransferPresenter::begin(Stage stage)
 {
     m_stop.request_stop();
-    tell({}, false);
+    tell({}, Tone::Plain);
     setStage(stage);
     return {};
 }
@@ -282,18 +282,25 @@ void TransferPresenter::setStage(Stage stage)
     }
 }
 
-void TransferPresenter::tell(const QString &message, bool isFailure)
+void TransferPresenter::tell(const QString &message, Tone tone)
 {
     m_message = message;
-    m_isFailure = isFailure;
+    m_isFailure = tone == Tone::Failure;
     Q_EMIT messageChanged();
 }
 
-void TransferPresenter::end(const QString &message, bool isFailure)
+void TransferPresenter::succeed(const QString &message)
 {
     m_exported.clear();
     setStage(Idle);
-    tell(message, isFailure);
+    tell(message, Tone::Plain);
+}
+
+void TransferPresenter::fail(const QString &message)
+{
+    m_exported.clear();
+    setStage(Idle);
+    tell(message, Tone::Failure);
 }
 
 void TransferPresenter::offerReplacing(const QString &name)
@@ -301,7 +308,7 @@ void TransferPresenter::offerReplacing(const QString &name)
     m_replaces = true;
     Q_EMIT pathChanged();
     setStage(AskingPath);
-    tell(name + u" exists already. Press Replace to write over it."_s, true);
+    tell(name + u" exists already. Press Replace to write over it."_s, Tone::Failure);
 }
 
 void TransferPresenter::ask(FileWish wish)

@@ -83,6 +83,11 @@ Q_SIGNALS:
 
 private:
     friend struct TransferTasks;
+    enum class Tone
+    {
+        Plain,
+        Failure,
+    };
 
     AppViewModel &m_viewModel;
     std::shared_ptr<FileChoosing> m_files;
@@ -102,11 +107,12 @@ private:
 
     [[nodiscard]] std::stop_source begin(Stage stage);
     void setStage(Stage stage);
-    void tell(const QString &message, bool isFailure);
+    void tell(const QString &message, Tone tone);
+    void succeed(const QString &message);
+    void fail(const QString &message);
     void ask(FileWish wish);
     void askPath();
     void useFile(const QString &path, IfPresent ifPresent);
-    void end(const QString &message, bool isFailure);
     void offerReplacing(const QString &name);
     void showPreview(ActionFile file);
     void refreshPreview();

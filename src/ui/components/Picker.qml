@@ -63,6 +63,7 @@ T.ComboBox {
         }
     }
 
+    // qmllint disable unqualified
     delegate: T.ItemDelegate {
         id: row
 
@@ -82,7 +83,7 @@ T.ComboBox {
         text: modelData
         Accessible.role: Accessible.ListItem
         Accessible.name: text
-        Accessible.onPressAction: click()
+        Accessible.onPressAction: row.clicked()
 
         contentItem: PickerRow {
             text: row.text
@@ -111,6 +112,7 @@ T.ComboBox {
             text: row.index < picker.groups.length ? picker.groups[row.index] : ""
         }
     }
+    // qmllint enable unqualified
 
     popup: T.Popup {
         y: picker.height + 4
