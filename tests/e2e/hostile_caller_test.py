@@ -13,6 +13,7 @@ FLOOD = os.environ["VELARC_BUS_FLOOD"]
 FLOOD_CALLS = 10_000
 ANSWER_MS = 100  # so soon the window answers once all is over
 RECORD_BYTES = 50_000_000
+TEXT_BYTES = 2_000_000
 
 
 class HostileCaller(DesktopTest):
@@ -82,7 +83,8 @@ class HostileCaller(DesktopTest):
         self.expect_no_run()
 
     def test_large_text_is_run_on_and_the_window_answers_again(self):
-        self.store.write(HANDOFF_KEY, handoff("x" * RECORD_BYTES))
+        line = "What stands in a long file of notes, line by line.\n"
+        self.store.write(HANDOFF_KEY, handoff(line * (TEXT_BYTES // len(line))))
         self.flood(100, HANDOFF_URL)
         wait_until(self.store.recent_action, "the run")
         self.expect_calm_window()
