@@ -1,0 +1,60 @@
+#pragma once
+
+// Time zones as calendar files name them, and the way between a zone's wall time and UTC.
+
+#include <QByteArray>
+#include <QByteArrayView>
+
+#include <chrono>
+#include <memory>
+
+namespace velarc {
+
+// What the clock on the wall shows, without a zone.
+using WallTime = std::chrono::local_seconds;
+using UtcTime = std::chrono::sys_seconds;
+
+// Any thread; never changes once built.
+class CalendarZone
+{
+public:
+    explicit CalendarZone(QByteArray name) : m_name(std::move(name)) {}
+    virtual ~CalendarZone() = default;
+    CalendarZone(const CalendarZone &) = delete;
+    CalendarZone &operator=(const CalendarZone &) = delete;
+
+    // "Europe/Berlin", "UTC", or what a file calls the zone that it defines.
+    [[nodiscard]] const QByteArray &name() const noexcept { return m_name; }
+
+    // What the wall shows beyond UTC at that moment.
+    [[nodiscard]] virtual std::chrono::seconds offsetAt(UtcTime utc) const = 0;
+
+    [[nodiscard]] WallTime wallTimeAt(UtcTime utc) const;
+
+    // By RFC 5545: of a wall time that comes twice the first one; one that is left out by a change
+    // of the clock counts as if the change were still to come.
+    [[nodiscard]] UtcTime utcTimeOf(WallTime wall) const;
+
+private:
+    QByteArray m_name;
+};
+
+using ZonePointer = std::shared_ptr<const CalendarZone>;
+
+[[nodiscard]] ZonePointer utcZone();
+
+// The system's zone as it is set now. Its name is empty where it has none that others know.
+[[nodiscard]] ZonePointer systemZone();
+
+// The zone that the time zone database knows under `name`, be it behind another program's prefix as
+// in "/vendor.example/2025a/Europe/Berlin"; nullptr if there is none.
+[[nodiscard]] ZonePointer databaseZone(const QByteArray &name);
+
+// The zone that Windows calls `name`, such as "W. Europe Standard Time"; nullptr if there is none.
+[[nodiscard]] ZonePointer windowsZone(const QByteArray &name);
+
+// The definition of a zone for a calendar file that tells times from `from` on: a VTIMEZONE with
+// CRLF line ends. Empty for a zone that the time zone database does not know.
+[[nodiscard]] QByteArray zoneDefinition(const CalendarZone &zone, UtcTime from);
+
+} // namespace velarc
