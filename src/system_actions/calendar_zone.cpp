@@ -1,18 +1,16 @@
 #include "system_actions/calendar_zone.h"
 
+#include <QDateTime>
 #include <QList>
-
-#include <unicode/timezone.h>
-#include <unicode/vtzone.h>
+#include <QTimeZone>
 
 #include <algorithm>
-#include <string_view>
+#include <ctime>
 
 namespace velarc {
 
 namespace {
 
-using std::chrono::milliseconds;
 using std::chrono::seconds;
 
 // The longest name in the database has 32 characters.
@@ -21,6 +19,11 @@ constexpr qsizetype kLongestName = 64;
 // "America/Argentina/Buenos_Aires" is the deepest that names go.
 constexpr qsizetype kDeepestName = 3;
 
+QDateTime dateTimeOf(UtcTime utc)
+{
+    return QDateTime::fromSecsSinceEpoch(utc.time_since_epoch().count(), Qt::UTC);
+}
+
 class UtcZone final : public CalendarZone
 {
 public:
@@ -28,62 +31,83 @@ public:
     [[nodiscard]] seconds offsetAt(UtcTime) const override { return seconds::zero(); }
 };
 
-class DatabaseZone final : public CalendarZone
+class ZoneOfChanges final : public CalendarZone
 {
 public:
-    DatabaseZone(QByteArray name, std::unique_ptr<icu::TimeZone> zone)
-        : CalendarZone(std::move(name)), m_zone(std::move(zone))
+    ZoneOfChanges(QByteArray name, std::vector<ZoneChange> changes)
+        : CalendarZone(std::move(name)), m_changes(std::move(changes))
     {
     }
 
     [[nodiscard]] seconds offsetAt(UtcTime utc) const override
     {
-        const auto moment = static_cast<UDate>(milliseconds(utc.time_since_epoch()).count());
-        UErrorCode status = U_ZERO_ERROR;
-        int32_t raw = 0;
-        int32_t daylight = 0;
-        m_zone->getOffset(moment, false, raw, daylight, status);
-        return std::chrono::floor<seconds>(milliseconds(raw + daylight));
+        const auto next = std::upper_bound(m_changes.begin(), m_changes.end(), utc,
+            [](UtcTime moment, const ZoneChange &change) { return moment < change.at; });
+        return next == m_changes.begin() ? next->before : std::prev(next)->after;
     }
 
 private:
-    std::unique_ptr<icu::TimeZone> m_zone;
+    std::vector<ZoneChange> m_changes;
 };
 
-QByteArray utf8(const icu::UnicodeString &text)
+// Qt lists the changes up to the year 2037; behind it the zone's last rule is asked each time.
+class DatabaseZone final : public CalendarZone
 {
-    std::string bytes;
-    text.toUTF8String(bytes);
-    return QByteArray::fromStdString(bytes);
-}
+public:
+    DatabaseZone(QByteArray name, QTimeZone zone)
+        : CalendarZone(name)
+        , m_zone(std::move(zone))
+        , m_listed(zoneOfChanges(std::move(name), changesOf(m_zone)))
+    {
+    }
+
+    [[nodiscard]] seconds offsetAt(UtcTime utc) const override
+    {
+        return utc < kEndOfList ? m_listed->offsetAt(utc)
+                                : seconds(m_zone.offsetFromUtc(dateTimeOf(utc)));
+    }
+
+private:
+    static constexpr UtcTime kStartOfList = std::chrono::sys_days(std::chrono::year(1600) / 1 / 1);
+    static constexpr UtcTime kEndOfList = std::chrono::sys_days(std::chrono::year(2037) / 1 / 1);
+
+    QTimeZone m_zone;
+    ZonePointer m_listed;
+
+    static std::vector<ZoneChange> changesOf(const QTimeZone &zone)
+    {
+        seconds before(zone.offsetFromUtc(dateTimeOf(kStartOfList)));
+        std::vector<ZoneChange> changes{{kStartOfList, before, before}};
+        const auto listed = zone.transitions(dateTimeOf(kStartOfList), dateTimeOf(kEndOfList));
+        for (const QTimeZone::OffsetData &change : listed) {
+            const seconds after(change.offsetFromUtc);
+            changes.push_back({UtcTime(seconds(change.atUtc.toSecsSinceEpoch())), before, after});
+            before = after;
+        }
+        return changes;
+    }
+};
+
+class SystemZone final : public CalendarZone
+{
+public:
+    explicit SystemZone(QByteArray name) : CalendarZone(std::move(name)) {}
+
+    [[nodiscard]] seconds offsetAt(UtcTime utc) const override
+    {
+        const std::time_t moment = utc.time_since_epoch().count();
+        std::tm parts{};
+        return seconds(localtime_r(&moment, &parts) == nullptr ? 0 : parts.tm_gmtoff);
+    }
+};
 
 ZonePointer zoneCalled(const QByteArray &name)
 {
-    const auto id = icu::UnicodeString::fromUTF8({name.constData(), static_cast<int>(name.size())});
-    std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::createTimeZone(id));
-    if (!zone || *zone == icu::TimeZone::getUnknown()) {
-        return nullptr;
+    if (name == "UTC") {
+        return utcZone();
     }
-    return std::make_shared<DatabaseZone>(name, std::move(zone));
-}
-
-// Without the library's own property, and offsets without seconds where there are none.
-QByteArray asOthersWriteIt(const QByteArray &definition)
-{
-    constexpr qsizetype kWithSeconds = std::string_view("TZOFFSETTO:+hhmmss").size();
-    QByteArray written;
-    for (QByteArray line : definition.split('\n')) {
-        line = line.trimmed();
-        const qsizetype surplus = line.startsWith("TZOFFSETFROM:") ? 2 : 0;
-        if (line.startsWith("TZOFFSET") && line.endsWith("00")
-            && line.size() - surplus == kWithSeconds) {
-            line.chop(2);
-        }
-        if (!line.isEmpty() && !line.startsWith("X-TZINFO")) {
-            written += line + "\r\n";
-        }
-    }
-    return written;
+    const QTimeZone zone(name);
+    return zone.isValid() ? std::make_shared<DatabaseZone>(name, zone) : nullptr;
 }
 
 } // namespace
@@ -110,6 +134,11 @@ UtcTime CalendarZone::utcTimeOf(WallTime wall) const
     return asIfUtc - before;
 }
 
+ZonePointer zoneOfChanges(QByteArray name, std::vector<ZoneChange> changes)
+{
+    return std::make_shared<ZoneOfChanges>(std::move(name), std::move(changes));
+}
+
 ZonePointer utcZone()
 {
     static const ZonePointer kZone = std::make_shared<UtcZone>();
@@ -118,11 +147,9 @@ ZonePointer utcZone()
 
 ZonePointer systemZone()
 {
-    std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::detectHostTimeZone());
-    icu::UnicodeString id;
-    zone->getID(id);
-    const bool isKnown = zoneCalled(utf8(id)) != nullptr;
-    return std::make_shared<DatabaseZone>(isKnown ? utf8(id) : QByteArray(), std::move(zone));
+    tzset();
+    const QByteArray name = QTimeZone::systemTimeZoneId();
+    return std::make_shared<SystemZone>(QTimeZone(name).isValid() ? name : QByteArray());
 }
 
 ZonePointer databaseZone(const QByteArray &name)
@@ -142,30 +169,9 @@ ZonePointer databaseZone(const QByteArray &name)
 
 ZonePointer windowsZone(const QByteArray &name)
 {
-    if (name.size() > kLongestName) {
-        return nullptr;
-    }
-    const auto windowsId =
-        icu::UnicodeString::fromUTF8({name.constData(), static_cast<int>(name.size())});
-    UErrorCode status = U_ZERO_ERROR;
-    icu::UnicodeString id;
-    icu::TimeZone::getIDForWindowsID(windowsId, nullptr, id, status);
-    return U_FAILURE(status) != 0 || id.isEmpty() ? nullptr : zoneCalled(utf8(id));
-}
-
-QByteArray zoneDefinition(const CalendarZone &zone, UtcTime from)
-{
-    const QByteArray &name = zone.name();
-    const std::unique_ptr<icu::VTimeZone> definition(icu::VTimeZone::createVTimeZoneByID(
-        icu::UnicodeString::fromUTF8({name.constData(), static_cast<int>(name.size())})));
-    if (!definition || *definition == icu::TimeZone::getUnknown()) {
-        return {};
-    }
-    UErrorCode status = U_ZERO_ERROR;
-    icu::UnicodeString text;
-    definition->write(
-        static_cast<UDate>(milliseconds(from.time_since_epoch()).count()), text, status);
-    return U_FAILURE(status) != 0 ? QByteArray() : asOthersWriteIt(utf8(text));
+    const QByteArray id =
+        name.size() <= kLongestName ? QTimeZone::windowsIdToDefaultIanaId(name) : QByteArray();
+    return id.isEmpty() ? nullptr : zoneCalled(id);
 }
 
 } // namespace velarc

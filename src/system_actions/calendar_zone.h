@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <memory>
+#include <vector>
 
 namespace velarc {
 
@@ -14,7 +15,8 @@ namespace velarc {
 using WallTime = std::chrono::local_seconds;
 using UtcTime = std::chrono::sys_seconds;
 
-// Any thread; never changes once built.
+// Any thread; never changes once built. What the system knows of time zones is asked, as its data is
+// kept up to date; the tables inside ICU are as old as the library.
 class CalendarZone
 {
 public:
@@ -41,6 +43,17 @@ private:
 
 using ZonePointer = std::shared_ptr<const CalendarZone>;
 
+// A change of a zone's clock.
+struct ZoneChange
+{
+    UtcTime at;
+    std::chrono::seconds before; // the offsets
+    std::chrono::seconds after;
+};
+
+// The zone of these changes: at least one, by time.
+[[nodiscard]] ZonePointer zoneOfChanges(QByteArray name, std::vector<ZoneChange> changes);
+
 [[nodiscard]] ZonePointer utcZone();
 
 // The system's zone as it is set now. Its name is empty where it has none that others know.
@@ -52,9 +65,5 @@ using ZonePointer = std::shared_ptr<const CalendarZone>;
 
 // The zone that Windows calls `name`, such as "W. Europe Standard Time"; nullptr if there is none.
 [[nodiscard]] ZonePointer windowsZone(const QByteArray &name);
-
-// The definition of a zone for a calendar file that tells times from `from` on: a VTIMEZONE with
-// CRLF line ends. Empty for a zone that the time zone database does not know.
-[[nodiscard]] QByteArray zoneDefinition(const CalendarZone &zone, UtcTime from);
 
 } // namespace velarc

@@ -14,32 +14,6 @@ constexpr int kMostChanges = 1000; // of one rule
 constexpr int kMostSteps = 100'000;
 constexpr WallTime kHorizon = std::chrono::local_days(std::chrono::year(2200) / 1 / 1);
 
-struct Change
-{
-    UtcTime at;
-    seconds before;
-    seconds after;
-};
-
-class DefinedZone final : public CalendarZone
-{
-public:
-    DefinedZone(QByteArray name, std::vector<Change> changes)
-        : CalendarZone(std::move(name)), m_changes(std::move(changes))
-    {
-    }
-
-    [[nodiscard]] seconds offsetAt(UtcTime utc) const override
-    {
-        const auto next = std::upper_bound(m_changes.begin(), m_changes.end(), utc,
-            [](UtcTime moment, const Change &change) { return moment < change.at; });
-        return next == m_changes.begin() ? next->before : std::prev(next)->after;
-    }
-
-private:
-    std::vector<Change> m_changes; // by time, at least one
-};
-
 // "+0530" or "-043015".
 std::optional<seconds> offsetOfIcal(const IcalProperty *property)
 {
@@ -75,7 +49,7 @@ public:
 
     [[nodiscard]] bool isSound() const { return m_before && m_after && m_start; }
 
-    void addTo(std::vector<Change> &changes) const
+    void addTo(std::vector<ZoneChange> &changes) const
     {
         add(changes, m_start->wall);
         for (const IcalProperty *property : m_component.all("RDATE")) {
@@ -104,12 +78,12 @@ private:
         return UtcTime(wall.time_since_epoch() - *m_before);
     }
 
-    void add(std::vector<Change> &changes, WallTime wall) const
+    void add(std::vector<ZoneChange> &changes, WallTime wall) const
     {
         changes.push_back({momentOf(wall), *m_before, *m_after});
     }
 
-    void addRule(std::vector<Change> &changes, const RecurrenceRule &rule) const
+    void addRule(std::vector<ZoneChange> &changes, const RecurrenceRule &rule) const
     {
         StepBudget budget(kMostSteps, {});
         RuleTimes times(rule, m_start->wall, TimeForm::Floating);
@@ -144,7 +118,7 @@ ZonePointer definedZone(const IcalComponent &definition)
     const auto daylight = definition.components("DAYLIGHT");
     parts.insert(parts.end(), daylight.begin(), daylight.end());
     ZoneBook none;
-    std::vector<Change> changes;
+    std::vector<ZoneChange> changes;
     for (std::size_t index = 0; index < std::min(parts.size(), kMostObservances); ++index) {
         const Observance observance(*parts[index], none);
         if (observance.isSound()) {
@@ -155,8 +129,8 @@ ZonePointer definedZone(const IcalComponent &definition)
         return nullptr;
     }
     std::sort(changes.begin(), changes.end(),
-        [](const Change &left, const Change &right) { return left.at < right.at; });
-    return std::make_shared<DefinedZone>(name->value, std::move(changes));
+        [](const ZoneChange &left, const ZoneChange &right) { return left.at < right.at; });
+    return zoneOfChanges(name->value, std::move(changes));
 }
 
 } // namespace velarc

@@ -36,7 +36,7 @@ def time_parts(rng, freq):
         parts.append("BYHOUR=" + joined(some(rng, range(24), 3)))
     if rng.random() < 0.15:
         parts.append("BYMINUTE=" + joined(some(rng, range(60), 3)))
-    if freq in ("MINUTELY", "SECONDLY") and rng.random() < 0.8:
+    if freq == "SECONDLY" or (freq == "MINUTELY" and rng.random() < 0.8):
         parts = ["BYHOUR=" + joined(some(rng, range(24), 2)),
                  "BYMINUTE=" + joined(some(rng, range(60), 2))]
     return parts
@@ -55,11 +55,11 @@ def day_parts(rng, freq):
     if kind == "ordinal" and freq in ("MONTHLY", "YEARLY"):
         parts.append("BYDAY=" + ",".join(
             str(rng.choice([1, 2, 3, 4, 5, -1, -2, -5])) + day for day in weekdays))
-    if kind == "yearday" and freq not in ("DAILY", "WEEKLY", "MONTHLY"):
+    if kind == "yearday" and freq in ("HOURLY", "YEARLY"):
         parts.append("BYYEARDAY=" + joined(some(rng, [*range(1, 367), -1, -100, -366], 5)))
-    # Of the years' ends the two have different minds when an interval is told as well.
+    # Of the weeks that reach over the end of a year dateutil has half.
     if kind == "weekno" and freq == "YEARLY":
-        parts.append("BYWEEKNO=" + joined(some(rng, [*range(1, 54), -1, -2], 4)))
+        parts.append("BYWEEKNO=" + joined(some(rng, [*range(2, 52)], 4)))
         parts.append("BYDAY=" + ",".join(weekdays))
     return parts
 
@@ -76,9 +76,12 @@ def random_rule(rng, is_date):
         parts.append("INTERVAL=%d" % rng.choice([2, 3, 4, 5, 7, 13]))
     if rng.random() < 0.3:
         parts.append("WKST=" + rng.choice(DAYS))
-    has_sets = freq not in ("SECONDLY", "MINUTELY") and not by_week
-    if rng.random() < 0.25 and has_sets and any(part.startswith("BY") for part in parts):
-        parts.append("BYSETPOS=" + joined(some(rng, [1, 2, 3, -1, -2], 2)))
+    # A place that no set has sends dateutil to the year 9999.
+    names = " ".join(parts)
+    long_sets = freq in ("MONTHLY", "YEARLY") and "BY" in names and not by_week
+    short_sets = "BYHOUR" in names if freq == "DAILY" else "BYDAY" in names and freq == "WEEKLY"
+    if rng.random() < 0.3 and (long_sets or short_sets):
+        parts.append("BYSETPOS=" + joined(some(rng, [1, 2, 3, -1, -2] if long_sets else [1, -1], 2)))
     if rng.random() < 0.3:
         parts.append("COUNT=%d" % rng.choice([1, 2, 5, 17, 100]))
     return ";".join(parts)
