@@ -110,6 +110,20 @@ QByteArray icalOfWall(WallTime wall, bool isDate)
         + digitsOf(static_cast<unsigned>(time.seconds().count()), 2);
 }
 
+// What is written into a file calls a zone as the file does.
+class RenamedZone final : public CalendarZone
+{
+public:
+    RenamedZone(QByteArray name, ZonePointer zone)
+        : CalendarZone(std::move(name)), m_zone(std::move(zone))
+    {
+    }
+    [[nodiscard]] seconds offsetAt(UtcTime utc) const override { return m_zone->offsetAt(utc); }
+
+private:
+    ZonePointer m_zone;
+};
+
 const ZonePointer &remembered(std::map<QByteArray, ZonePointer> &zones, const QByteArray &name,
     ZonePointer (*find)(const QByteArray &))
 {
@@ -118,7 +132,9 @@ const ZonePointer &remembered(std::map<QByteArray, ZonePointer> &zones, const QB
     }
     auto [place, isNew] = zones.try_emplace(name);
     if (isNew) {
-        place->second = find(name);
+        const ZonePointer zone = find(name);
+        const bool isItsName = !zone || zone->name() == name;
+        place->second = isItsName ? zone : std::make_shared<RenamedZone>(name, zone);
     }
     return place->second;
 }

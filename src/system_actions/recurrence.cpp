@@ -50,6 +50,32 @@ bool isBeyondEnd(const RecurrenceRule &rule, WallTime wall, UtcTime utc)
     Q_UNREACHABLE();
 }
 
+// What a master leaves out. A date leaves out the whole day.
+class Exclusions
+{
+public:
+    Exclusions(const IcalEvent &master, const CalendarZone &system)
+    {
+        for (const IcalTime &time : master.excluded) {
+            if (time.form == TimeForm::Date || master.start.form == TimeForm::Date) {
+                m_dates.insert(std::chrono::floor<days>(time.wall));
+            } else {
+                m_moments.insert(time.utc(system));
+            }
+        }
+    }
+
+    [[nodiscard]] bool contain(UtcTime utc, WallTime wall) const
+    {
+        return m_moments.contains(utc)
+            || (!m_dates.empty() && m_dates.contains(std::chrono::floor<days>(wall)));
+    }
+
+private:
+    std::set<UtcTime> m_moments;
+    std::set<WallTime> m_dates;
+};
+
 // The slots of one master that are due in a window.
 class Slots
 {
@@ -79,7 +105,9 @@ public:
             return left.utc == right.utc;
         };
         m_slots.erase(std::unique(m_slots.begin(), m_slots.end(), isSame), m_slots.end());
-        dropExcluded();
+        const Exclusions excluded(m_master, m_system);
+        std::erase_if(m_slots,
+            [&](const Slot &slot) { return excluded.contain(slot.utc, slot.time.wall); });
         return std::move(m_slots);
     }
 
@@ -121,26 +149,6 @@ private:
             take({*wall, start.form, start.zone}, std::nullopt);
         }
     }
-
-    // A date excludes the whole day.
-    void dropExcluded()
-    {
-        std::set<UtcTime> moments;
-        std::set<WallTime> dates;
-        for (const IcalTime &time : m_master.excluded) {
-            if (time.form == TimeForm::Date) {
-                dates.insert(time.wall);
-            } else if (m_master.start.form == TimeForm::Date) {
-                dates.insert(std::chrono::floor<days>(time.wall));
-            } else {
-                moments.insert(time.utc(m_system));
-            }
-        }
-        std::erase_if(m_slots, [&](const Slot &slot) {
-            return moments.contains(slot.utc)
-                || (!dates.empty() && dates.contains(std::chrono::floor<days>(slot.time.wall)));
-        });
-    }
 };
 
 // A series with its overrides laid over its slots.
@@ -150,9 +158,12 @@ public:
     Expansion(const IcalSeries &series, const CalendarZone &system) : m_series(series), m_system(system)
     {
         for (const IcalEvent &event : series.overrides) {
-            m_overridden.insert(event.recurrenceId->utc(system));
+            const UtcTime due = event.recurrenceId->utc(system);
+            m_overridden.insert(due);
             if (event.isForFollowingToo) {
                 m_ranges.push_back(&event);
+            } else {
+                m_single.insert(due);
             }
         }
         std::sort(m_ranges.begin(), m_ranges.end(), [&](const IcalEvent *one, const IcalEvent *other) {
@@ -189,7 +200,7 @@ public:
     {
         std::vector<Occurrence> found;
         for (const IcalEvent &event : m_series.overrides) {
-            if (!event.isCancelled) {
+            if (!event.isCancelled && !isReplaced(event)) {
                 found.push_back({&event, event.recurrenceId, event.start.utc(m_system),
                     endOf(event.start, event.length, m_system)});
             }
@@ -201,11 +212,23 @@ private:
     const IcalSeries &m_series;
     const CalendarZone &m_system;
     std::set<UtcTime> m_overridden;
+    std::set<UtcTime> m_single; // by an override for one occurrence alone
     std::vector<const IcalEvent *> m_ranges; // the latest first
 
     [[nodiscard]] static std::chrono::seconds lengthOf(const IcalEvent &event)
     {
         return event.length.days + event.length.time;
+    }
+
+    // What speaks for the following occurrences as well need not speak for its own.
+    [[nodiscard]] bool isReplaced(const IcalEvent &event) const
+    {
+        const UtcTime due = event.recurrenceId->utc(m_system);
+        return event.isForFollowingToo
+            && (m_single.contains(due)
+                || (m_series.master
+                    && Exclusions(*m_series.master, m_system)
+                           .contain(due, event.recurrenceId->wall)));
     }
 
     void add(std::vector<Occurrence> &found, const Slot &slot) const
