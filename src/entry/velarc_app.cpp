@@ -10,6 +10,9 @@
 #include "intake/pdf_export.h"
 #include "run/windowless_seams.h"
 #include "store/sqlite_defaults_domain.h"
+#include "system_actions/compose_service.h"
+#include "system_actions/orchestrator.h"
+#include "system_actions/vdir_calendar_store.h"
 
 namespace velarc {
 
@@ -37,6 +40,19 @@ void addEngines(AppServices &services)
     services.appleImageService = std::make_shared<AppleImageService>();
 }
 
+std::shared_ptr<CalendarStore> makeCalendarStore()
+{
+    return std::make_shared<BackgroundCalendarStore>(
+        std::make_shared<VdirCalendars>(calendarsFolder()));
+}
+
+std::shared_ptr<SystemActionExecuting> systemActions(const std::shared_ptr<const Clock> &clock)
+{
+    return std::make_shared<SystemActionOrchestrator>(
+        std::make_shared<CalendarActionService>(makeCalendarStore(), clock),
+        std::make_shared<CommunicationComposeService>(), clock);
+}
+
 } // namespace
 
 AppServices makeServices(std::shared_ptr<const LocalStore> store)
@@ -53,7 +69,7 @@ AppServices makeServices(std::shared_ptr<const LocalStore> store)
     services.clipboardWriting = clipboard;
     services.files = std::make_shared<NoFiles>();
     services.pdfExport = std::make_shared<PdfExport>();
-    services.systemActions = std::make_shared<NoSystemActions>();
+    services.systemActions = systemActions(services.clock);
     return services;
 }
 
