@@ -57,10 +57,8 @@ AppServices makeServices(std::shared_ptr<const LocalStore> store)
     return services;
 }
 
-VelarcApp::VelarcApp()
+VelarcApp::VelarcApp(AppServices services) : m_scope(services.scope)
 {
-    AppServices services = makeServices(openSharedStore());
-    m_scope = services.scope;
     m_viewModel = std::make_unique<AppViewModel>(std::move(services));
 }
 

@@ -18,7 +18,8 @@ namespace velarc {
 class VelarcApp
 {
 public:
-    VelarcApp();
+    VelarcApp() : VelarcApp(makeServices(openSharedStore())) {}
+    explicit VelarcApp(AppServices services);
 
     // Stops all tasks, lets them end, then destroys the state object and its services.
     ~VelarcApp();

@@ -66,7 +66,8 @@ CanvasServices canvasServicesOf(const AppServices &services, std::shared_ptr<Act
 AppViewModel::AppViewModel(AppServices services, QObject *parent)
     : AppState(parent)
     , m_services(std::move(services))
-    , m_library(std::make_shared<ActionLibrary>(*this, m_services.store))
+    , m_library(std::make_shared<ActionLibrary>(
+          *this, LibraryServices{m_services.store, m_services.clock, m_services.scope}))
     , m_usage(std::make_shared<UsageRecorder>(*this, m_services.store, m_services.clock))
     , m_router(std::make_shared<ProviderRouter>(*this, engineServicesOf(m_services)))
     , m_connections(

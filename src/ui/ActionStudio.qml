@@ -1,0 +1,8 @@
+import QtQuick
+import Velarc
+
+// The editor of one action.
+Sheet {
+    title: "Action Studio"
+    preferredWidth: 680
+}

@@ -1,0 +1,131 @@
+import QtQuick
+import Velarc
+
+// The canvas: an action to run, the input that it runs on, and what came of it.
+FocusScope {
+    id: home
+
+    // A sheet stands over it.
+    property bool isCovered: false
+    readonly property HomePresenter presenter: Screens.home
+
+    Rectangle {
+        anchors.fill: parent
+        gradient: Gradient {
+            GradientStop {
+                position: 0
+                color: Theme.canvasGradient[0]
+            }
+            GradientStop {
+                position: 0.5
+                color: Theme.canvasGradient[1]
+            }
+            GradientStop {
+                position: 1
+                color: Theme.canvasGradient[2]
+            }
+        }
+    }
+
+    Item {
+        id: toolbar
+
+        width: parent.width
+        height: 48
+
+        Wordmark {
+            anchors.centerIn: parent
+        }
+    }
+
+    HomeTopBar {
+        id: topBar
+
+        anchors.top: toolbar.bottom
+        anchors.topMargin: Theme.space4
+        x: Math.round((home.width - width) / 2)
+        width: Math.min(Theme.contentWidth, home.width - 2 * Theme.space5)
+    }
+
+    ScrollArea {
+        id: scroll
+
+        anchors.top: topBar.bottom
+        anchors.topMargin: Theme.space3
+        anchors.bottom: note.top
+        anchors.left: parent.left
+        anchors.right: parent.right
+        padding: Theme.space5
+        maximumContentWidth: Theme.contentWidth
+
+        Loader {
+            width: parent.width
+            sourceComponent: [inputPhase, processingPhase, outputPhase][home.presenter.phase]
+        }
+    }
+
+    Label {
+        id: note
+
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: text === "" ? 0 : Theme.space2
+        x: Math.round((home.width - width) / 2)
+        width: Math.min(Theme.contentWidth, home.width - 2 * Theme.space5)
+        height: text === "" ? 30 : implicitHeight
+        style: Label.Caption
+        secondary: true
+        text: home.presenter.statusNote
+        elide: Text.ElideRight
+        wrapMode: Text.NoWrap
+    }
+
+    Toast {
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 48
+        text: home.presenter.toast
+    }
+
+    Component {
+        id: inputPhase
+
+        Column {
+            spacing: Theme.space4
+
+            ActionCard {
+                width: parent.width
+                visible: home.presenter.isNewRunExperience
+            }
+
+            ConnectionBanner {
+                width: parent.width
+                visible: home.presenter.isNewRunExperience && home.presenter.suggestedEngine !== ""
+            }
+
+            PinnedActionStrip {
+                width: parent.width
+                visible: !home.presenter.isNewRunExperience
+            }
+
+            InputCard {
+                width: parent.width
+            }
+
+            PrimaryActionBar {
+                width: parent.width
+            }
+        }
+    }
+
+    Component {
+        id: processingPhase
+
+        ProcessingView {}
+    }
+
+    Component {
+        id: outputPhase
+
+        OutputView {}
+    }
+}

@@ -1,0 +1,94 @@
+import QtQuick
+import Velarc
+
+// The text and the files that an action runs on.
+Card {
+    id: card
+
+    property bool isDropTargeted: false
+    readonly property CanvasPresenter presenter: Screens.canvas
+
+    objectName: "input-card"
+
+    Item {
+        width: parent.width
+        implicitHeight: commands.implicitHeight
+
+        Label {
+            anchors.verticalCenter: parent.verticalCenter
+            style: Label.CardTitle
+            text: "Input"
+        }
+
+        Row {
+            id: commands
+
+            anchors.right: parent.right
+            spacing: Theme.space2
+
+            Button {
+                kind: Button.Plain
+                symbol: "xmark"
+                text: "Clear"
+                foreground: Theme.secondaryText
+                onClicked: card.presenter.clear()
+            }
+
+            Button {
+                symbol: "doc.on.doc"
+                text: card.presenter.pasteLabel
+                foreground: Theme.accentText
+                tip: "Take the clipboard as input"
+                shortcutText: "Ctrl+Shift+V"
+                onClicked: card.presenter.paste()
+            }
+        }
+    }
+
+    TextEditor {
+        id: editor
+
+        width: parent.width
+        minimumHeight: 210
+        placeholderText: "Type, paste, or drop a file — then hit Run"
+        stroke: card.isDropTargeted ? Theme.inputBorderDropTargeted : Theme.inputBorder
+        text: card.presenter.quickInput
+        onTextChanged: card.presenter.quickInput = text
+    }
+
+    Label {
+        visible: chips.count > 0
+        style: Label.Caption
+        secondary: true
+        text: "Attachments"
+    }
+
+    Flow {
+        width: parent.width
+        visible: chips.count > 0
+        spacing: Theme.space2
+
+        Repeater {
+            id: chips
+
+            model: card.presenter.attachments
+
+            AttachmentChipView {
+                required property string attachmentID
+                required fileName
+                required symbol
+
+                width: Math.min(implicitWidth, card.width - 2 * card.padding, 320)
+                onRemoved: card.presenter.removeAttachment(attachmentID)
+            }
+        }
+    }
+
+    Label {
+        width: parent.width
+        visible: text !== ""
+        style: Label.Caption
+        secondary: true
+        text: card.presenter.notice
+    }
+}

@@ -1,0 +1,8 @@
+import QtQuick
+import Velarc
+
+// Takes and verifies the key of an engine.
+Sheet {
+    title: "Connect"
+    preferredWidth: 560
+}

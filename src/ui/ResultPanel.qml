@@ -1,0 +1,10 @@
+import QtQuick
+import Velarc
+
+// What a run left to see.
+Card {
+    Label {
+        style: Label.CardTitle
+        text: "Result"
+    }
+}

@@ -1,0 +1,46 @@
+#include "ui/screens.h"
+
+#include "run/app_view_model.h"
+#include "ui/image_providers.h"
+
+#include <QQmlEngine>
+
+// Generated: makes the module's types known, which a static library does not do by itself.
+void qml_register_types_Velarc();
+
+namespace velarc {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr const char *kScreensProperty = "velarcScreens";
+
+} // namespace
+
+Screens::Screens(AppViewModel &viewModel, QObject *parent)
+    : QObject(parent)
+    , m_canvas(viewModel)
+    , m_home(viewModel)
+    , m_shell(viewModel)
+    , m_sidebar(viewModel)
+{
+}
+
+void Screens::attachTo(QQmlEngine &engine)
+{
+    qml_register_types_Velarc();
+    engine.addImportPath(u"qrc:/qt/qml"_s);
+    engine.setProperty(kScreensProperty, QVariant::fromValue(this));
+    addImageProviders(engine);
+}
+
+Screens *Screens::create(QQmlEngine *engine, QJSEngine * /*scriptEngine*/)
+{
+    auto *screens = engine->property(kScreensProperty).value<Screens *>();
+    Q_ASSERT_X(screens != nullptr, "Screens", "attachTo() comes before the first screen");
+    QJSEngine::setObjectOwnership(screens, QJSEngine::CppOwnership);
+    return screens;
+}
+
+} // namespace velarc
