@@ -40,8 +40,13 @@ std::optional<EventFile> EventFile::read(
     if (!file) {
         return std::nullopt;
     }
-    auto series = seriesOfIcal(*file, name, zones);
-    return EventFile(*std::move(file), std::move(series));
+    return of(*std::move(file), name, zones);
+}
+
+EventFile EventFile::of(IcalComponent file, const QString &name, ZoneBook &zones)
+{
+    auto series = seriesOfIcal(file, name, zones);
+    return {std::move(file), std::move(series)};
 }
 
 const IcalSeries *EventFile::find(const QString &uid) const
@@ -51,20 +56,17 @@ const IcalSeries *EventFile::find(const QString &uid) const
     return found == m_series.end() ? nullptr : &*found;
 }
 
-void EventFile::change(const IcalSeries &series, const Occurrence &occurrence,
+const IcalComponent &EventFile::change(const IcalSeries &series, const Occurrence &occurrence,
     const CalendarEvent &present, const CalendarEvent &wanted, const EditContext &context)
 {
-    IcalComponent *told = component(occurrence.event->number);
-    if (told == nullptr) {
-        return;
-    }
+    IcalComponent &told = component(occurrence.event->number);
     if (!occurrence.due || isOwnOverride(occurrence)) {
-        changeEvent(*told, *occurrence.event, present, wanted, context);
-        return;
+        changeEvent(told, *occurrence.event, present, wanted, context);
+        return told;
     }
-    IcalComponent added = overrideOf(*told, occurrence, context);
+    IcalComponent added = overrideOf(told, occurrence, context);
     changeEvent(added, *occurrence.event, present, wanted, context);
-    insertBehind(numbersOf(series).back(), std::move(added));
+    return insertBehind(numbersOf(series).back(), std::move(added));
 }
 
 void EventFile::remove(
@@ -87,8 +89,8 @@ void EventFile::remove(
         removeComponents(numbersOf(series));
         return;
     }
-    if (IcalComponent *master = series.master ? component(series.master->number) : nullptr) {
-        exclude(*master, *occurrence.due, context);
+    if (series.master) {
+        exclude(component(series.master->number), *occurrence.due, context);
     }
     if (isOwnOverride(occurrence)) {
         removeComponents({occurrence.event->number});
@@ -124,14 +126,15 @@ template <typename Visit> void EventFile::visitEvents(Visit visit)
     }
 }
 
-IcalComponent *EventFile::component(std::size_t number)
+// The numbers come from the file itself, so there is one.
+IcalComponent &EventFile::component(std::size_t number)
 {
     IcalComponent *found = nullptr;
     visitEvents([&](IcalComponent &calendar, std::size_t index, std::size_t at) {
-        found = at == number ? eventIn(calendar.nodes[index]) : nullptr;
+        found = eventIn(calendar.nodes[index]);
         return at == number;
     });
-    return found;
+    return *found;
 }
 
 void EventFile::removeComponents(const std::vector<std::size_t> &numbers)
@@ -149,15 +152,19 @@ void EventFile::removeComponents(const std::vector<std::size_t> &numbers)
     }
 }
 
-void EventFile::insertBehind(std::size_t number, IcalComponent added)
+const IcalComponent &EventFile::insertBehind(std::size_t number, IcalComponent added)
 {
+    IcalComponent *inserted = nullptr;
     visitEvents([&](IcalComponent &calendar, std::size_t index, std::size_t at) {
         if (at == number) {
-            calendar.nodes.insert(calendar.nodes.begin() + static_cast<std::ptrdiff_t>(index) + 1,
+            const auto place = calendar.nodes.insert(
+                calendar.nodes.begin() + static_cast<std::ptrdiff_t>(index) + 1,
                 IcalNode{std::move(added)});
+            inserted = eventIn(*place);
         }
         return at == number;
     });
+    return *inserted;
 }
 
 } // namespace velarc

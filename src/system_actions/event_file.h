@@ -16,12 +16,15 @@ public:
     [[nodiscard]] static std::optional<EventFile> read(
         QByteArrayView bytes, const QString &name, ZoneBook &zones);
 
+    // Of components that were read already.
+    [[nodiscard]] static EventFile of(IcalComponent file, const QString &name, ZoneBook &zones);
+
     [[nodiscard]] const std::vector<IcalSeries> &series() const { return m_series; }
     [[nodiscard]] const IcalSeries *find(const QString &uid) const;
 
     // Makes the occurrence of this file's series tell of `wanted`: itself, where it stands alone,
-    // else by an override.
-    void change(const IcalSeries &series, const Occurrence &occurrence, const CalendarEvent &present,
+    // else by an override. Gives the component that tells of it now.
+    const IcalComponent &change(const IcalSeries &series, const Occurrence &occurrence, const CalendarEvent &present,
         const CalendarEvent &wanted, const EditContext &context);
 
     // Takes the occurrence away. What stands alone goes whole, and so does a series whose last
@@ -43,9 +46,9 @@ private:
     }
 
     template <typename Visit> void visitEvents(Visit visit);
-    [[nodiscard]] IcalComponent *component(std::size_t number);
+    [[nodiscard]] IcalComponent &component(std::size_t number);
     void removeComponents(const std::vector<std::size_t> &numbers);
-    void insertBehind(std::size_t number, IcalComponent added);
+    const IcalComponent &insertBehind(std::size_t number, IcalComponent added);
 };
 
 } // namespace velarc

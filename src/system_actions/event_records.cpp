@@ -6,6 +6,8 @@
 
 namespace velarc {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using std::chrono::seconds;
@@ -38,6 +40,11 @@ CalendarEvent recordOf(const IcalSeries &series, const Occurrence &occurrence,
     const UtcTime end = occurrence.end - seconds(isAllDay ? 1 : 0);
     return {eventIdentifier(series.uid, occurrence.due), calendarIdentifier, event.title,
         instantOfUtc(occurrence.start), instantOfUtc(end), isAllDay, event.location, event.notes};
+}
+
+CalendarStoreError eventIsGone()
+{
+    return CalendarStoreError(u"The event is no longer in the calendar."_s);
 }
 
 QList<EventReference> readingsOf(const QString &identifier)

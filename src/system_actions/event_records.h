@@ -13,6 +13,9 @@ namespace velarc {
 [[nodiscard]] CalendarEvent recordOf(const IcalSeries &series, const Occurrence &occurrence,
     const QString &calendarIdentifier);
 
+// What a store says when the event to be changed has gone meanwhile.
+[[nodiscard]] CalendarStoreError eventIsGone();
+
 // How an identifier may be read: a UID may hold a hash sign itself.
 struct EventReference
 {

@@ -85,6 +85,11 @@ IcalTime endModelOf(const IcalComponent &component, const IcalTime &start)
 
 } // namespace
 
+EditContext editNow()
+{
+    return {systemZone(), utcOfInstant(std::chrono::system_clock::now())};
+}
+
 IcalComponent newEvent(
     const CalendarEvent &event, const QString &uid, const EditContext &context)
 {

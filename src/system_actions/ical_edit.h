@@ -15,6 +15,7 @@ struct EditContext
     ZonePointer system;
     UtcTime now;
 };
+[[nodiscard]] EditContext editNow();
 
 // A VEVENT with a UID, in the system's time zone.
 [[nodiscard]] IcalComponent newEvent(

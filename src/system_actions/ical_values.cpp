@@ -183,6 +183,11 @@ ZonePointer ZoneBook::zoneFor(const QByteArray &name)
     return remembered(m_windows, name, &windowsZone);
 }
 
+bool ZoneBook::isInDatabase(const QByteArray &name)
+{
+    return remembered(m_database, name, &databaseZone) != nullptr;
+}
+
 std::optional<IcalTime> timeOfIcal(
     QByteArrayView value, const std::optional<QByteArray> &zoneName, ZoneBook &zones)
 {

@@ -46,6 +46,9 @@ public:
     // define what they name badly. nullptr for a name that nobody knows.
     [[nodiscard]] ZonePointer zoneFor(const QByteArray &name);
 
+    // Whether the time zone database knows the name.
+    [[nodiscard]] bool isInDatabase(const QByteArray &name);
+
 private:
     std::map<QByteArray, ZonePointer> m_database; // by name, and so the next
     std::map<QByteArray, ZonePointer> m_windows;

@@ -22,11 +22,6 @@ constexpr const char *kFirstCalendar = "Personal";
 // As long as another program of this kind may write.
 constexpr std::chrono::seconds kPatience(5);
 
-EditContext contextNow()
-{
-    return {systemZone(), utcOfInstant(std::chrono::system_clock::now())};
-}
-
 CalendarInfo infoOf(const QString &root, const QByteArray &name)
 {
     const QString identifier = QFile::decodeName(name);
@@ -209,7 +204,7 @@ CalendarEvent VdirCalendars::save(const CalendarEvent &event, std::stop_token st
     }
     edit(event, stop, [&](EventFile &file, const IcalSeries &series, const Occurrence &occurrence) {
         file.change(series, occurrence, recordOf(series, occurrence, event.calendarIdentifier),
-            event, contextNow());
+            event, editNow());
     });
     const auto place = placeOf({QFile::encodeName(event.calendarIdentifier)}, event.identifier, stop);
     const auto saved = place ? recordAt(*place, stop) : std::nullopt;
@@ -219,7 +214,7 @@ CalendarEvent VdirCalendars::save(const CalendarEvent &event, std::stop_token st
 void VdirCalendars::remove(const CalendarEvent &event, std::stop_token stop)
 {
     edit(event, stop, [](EventFile &file, const IcalSeries &series, const Occurrence &occurrence) {
-        file.remove(series, occurrence, contextNow());
+        file.remove(series, occurrence, editNow());
     });
 }
 
@@ -228,7 +223,7 @@ CalendarEvent VdirCalendars::create(const CalendarEvent &event)
     const QByteArray name = QFile::encodeName(event.calendarIdentifier);
     const CalendarFolder folder(m_root, name);
     const QString uid = uuidText(newUuid());
-    const EditContext context = contextNow();
+    const EditContext context = editNow();
     const IcalComponent component = newEvent(event, uid, context);
     const QByteArray bytes = newCalendarFile(component, event, context);
     folder.writeNew(uid.toLatin1() + ".ics", bytes);
@@ -319,7 +314,7 @@ void VdirCalendars::edit(const CalendarEvent &event, const std::stop_token &stop
             ? std::nullopt
             : occurrenceOf(*series, place->reference.due, *systemZone(), stop);
         if (!occurrence) {
-            throw CalendarStoreError(u"The event is no longer in the calendar."_s);
+            throw eventIsGone();
         }
         change(*file, *series, *occurrence);
         if (file->isEmpty()) {
