@@ -10,9 +10,9 @@
 #include "intake/pdf_export.h"
 #include "run/windowless_seams.h"
 #include "store/sqlite_defaults_domain.h"
+#include "system_actions/calendar_store_choice.h"
 #include "system_actions/compose_service.h"
 #include "system_actions/orchestrator.h"
-#include "system_actions/vdir_calendar_store.h"
 
 namespace velarc {
 
@@ -38,12 +38,6 @@ void addEngines(AppServices &services)
     services.appleIntelligenceService =
         std::make_shared<AppleIntelligenceService>(services.onDeviceModel);
     services.appleImageService = std::make_shared<AppleImageService>();
-}
-
-std::shared_ptr<CalendarStore> makeCalendarStore()
-{
-    return std::make_shared<BackgroundCalendarStore>(
-        std::make_shared<VdirCalendars>(calendarsFolder()));
 }
 
 std::shared_ptr<SystemActionExecuting> systemActions(const std::shared_ptr<const Clock> &clock)

@@ -1,7 +1,8 @@
 """velarc-cli as it is installed, with actions whose result goes into a calendar.
 
-Runs inside tests/session/run_in_session.sh without a bus, so that the calendars are the program's
-own: files below the session's data folder, read here by their lines. The program is in VELARC_CLI.
+Runs inside tests/session/run_in_session.sh, with the program's place in VELARC_CLI. Events needs a
+session without a calendar server: the calendars are the program's own then, files below the
+session's data folder, read here by their lines. Server needs one where the bus starts the server.
 """
 
 import json
@@ -131,6 +132,20 @@ class Events(unittest.TestCase):
                 self.assertEqual(cli("run", action, "Hello"),
                                  (3, "This action needs foreground compose UI in Mail or Messages. "
                                      "Open Velarc and run it there.\n", ""))
+
+
+class Server(unittest.TestCase):
+    def test_an_event_is_made_on_the_server_and_found_there_by_another_run(self):
+        store_action("Remove It", "calendarDeleteEvent")
+        status, out, err = cli("run", "Create Calendar Event",
+                               f"title: Dentist\nstart: {SOON} 09:00")
+        self.assertEqual((status, err), (0, ""))
+        self.assertTrue(out.startswith('Created calendar event "Dentist".\n'))
+        self.assertEqual(event_files(), [])
+        self.assertEqual(cli("run", "Remove It", "title: dentist"),
+                         (0, 'Deleted calendar event "Dentist".\n', ""))
+        self.assertEqual(cli("run", "Remove It", "title: dentist"),
+                         (1, "", "velarc-cli: Could not find a matching calendar event.\n"))
 
 
 if __name__ == "__main__":
