@@ -158,19 +158,22 @@ public:
             e_source_registry_list_enabled(sources, E_SOURCE_EXTENSION_CALENDAR));
         for (GList *item = enabled.get(); item != nullptr; item = item->next) {
             ESource *source = E_SOURCE(item->data);
-            const QString identifier = QString::fromUtf8(e_source_get_uid(source));
-            ECalClient *calendar = client(identifier, call);
-            if (calendar != nullptr) {
-                found.all.append({identifier, QString::fromUtf8(e_source_get_display_name(source)),
-                    !isReadOnly(calendar)});
-            } else if (call.wasStopped()) {
-                return given(call);
-            } // else somebody else's server is out of reach, and its calendar with it
+            found.all.append({QString::fromUtf8(e_source_get_uid(source)),
+                QString::fromUtf8(e_source_get_display_name(source))});
         }
         const ObjectPointer<ESource> chosen(e_source_registry_ref_default_calendar(sources));
         found.defaultIdentifier =
             chosen ? QString::fromUtf8(e_source_get_uid(chosen.get())) : QString();
         return {};
+    }
+
+    ServerOutcome askWhetherWritable(
+        const QString &calendar, bool &isWritable, std::stop_token stop) override
+    {
+        return with(calendar, std::move(stop), [&](ECalClient *found, Call &) {
+            isWritable = !isReadOnly(found);
+            return true;
+        });
     }
 
     ServerOutcome select(const QString &calendar, const QByteArray &query,
