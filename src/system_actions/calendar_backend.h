@@ -32,6 +32,33 @@ public:
     virtual void remove(const CalendarEvent &event, std::stop_token stop) = 0;
 };
 
+// One calendar that cannot be read does not hide the others.
+class EachCalendar
+{
+public:
+    template <typename Use> void attempt(Use use)
+    {
+        try {
+            use();
+            m_hasSucceeded = true;
+        } catch (const CalendarStoreError &error) {
+            m_failure = m_failure ? m_failure : std::optional(error);
+        }
+    }
+
+    [[nodiscard]] bool hasSucceeded() const { return m_hasSucceeded; }
+    void throwIfFailed() const
+    {
+        if (m_failure) {
+            throw CalendarStoreError(*m_failure);
+        }
+    }
+
+private:
+    std::optional<CalendarStoreError> m_failure;
+    bool m_hasSucceeded = false;
+};
+
 // Does a backend's calls off the main thread.
 //
 // Bound: a call that has not ended after `bound` fails.

@@ -31,11 +31,6 @@ QString titleOrder(const ServerCalendar &calendar)
     return calendar.title.toCaseFolded();
 }
 
-CalendarInfo infoOf(const ServerCalendar &calendar)
-{
-    return {calendar.identifier, calendar.title, calendar.isWritable};
-}
-
 // The names of a service carry a number that grows with its interface.
 bool isService(const QString &name, QLatin1StringView service)
 {
@@ -134,7 +129,7 @@ QList<CalendarInfo> EdsCalendars::calendars(std::stop_token stop)
 {
     QList<CalendarInfo> calendars;
     for (const ServerCalendar &calendar : allCalendars(stop).all) {
-        calendars.append(infoOf(calendar));
+        calendars.append(infoOf(calendar, stop));
     }
     return calendars;
 }
@@ -144,7 +139,7 @@ std::optional<CalendarInfo> EdsCalendars::defaultCalendar(std::stop_token stop)
     const ServerCalendars found = allCalendars(stop);
     for (const ServerCalendar &calendar : found.all) {
         if (calendar.identifier == found.defaultIdentifier) {
-            return infoOf(calendar);
+            return infoOf(calendar, stop);
         }
     }
     return std::nullopt;
@@ -154,24 +149,34 @@ QList<CalendarEvent> EdsCalendars::events(CalendarWindow window, std::stop_token
 {
     RecordCollector collector(window, systemZone(), stop);
     const QByteArray query = queryFor(window);
+    EachCalendar each;
     for (const ServerCalendar &calendar : allCalendars(stop).all) {
-        QList<QByteArray> components;
-        check(m_server->select(calendar.identifier, query, components, stop), stop);
-        const EventFile file = fileOf(calendar.identifier, components, stop);
-        for (const IcalSeries &series : file.series()) {
-            collector.take(series, calendar.identifier);
-        }
+        each.attempt([&] {
+            QList<QByteArray> components;
+            check(m_server->select(calendar.identifier, query, components, stop), stop);
+            const EventFile file = fileOf(calendar.identifier, components, stop);
+            for (const IcalSeries &series : file.series()) {
+                collector.take(series, calendar.identifier);
+            }
+        });
+    }
+    if (!each.hasSucceeded()) {
+        each.throwIfFailed();
     }
     return collector.finish();
 }
 
 std::optional<CalendarEvent> EdsCalendars::event(const QString &identifier, std::stop_token stop)
 {
+    std::optional<CalendarEvent> found;
+    EachCalendar each;
     for (const ServerCalendar &calendar : allCalendars(stop).all) {
-        if (auto found = record(calendar.identifier, identifier, stop)) {
+        each.attempt([&] { found = record(calendar.identifier, identifier, stop); });
+        if (found) {
             return found;
         }
     }
+    each.throwIfFailed();
     return std::nullopt;
 }
 
@@ -218,6 +223,15 @@ ServerCalendars EdsCalendars::allCalendars(const std::stop_token &stop)
             return titleOrder(left) < titleOrder(right);
         });
     return found;
+}
+
+// What cannot be reached cannot be written; whoever uses it is told why it fails.
+CalendarInfo EdsCalendars::infoOf(const ServerCalendar &calendar, const std::stop_token &stop)
+{
+    bool isWritable = false;
+    static_cast<void>(m_server->askWhetherWritable(calendar.identifier, isWritable, stop));
+    throwIfStopped(stop);
+    return {calendar.identifier, calendar.title, isWritable};
 }
 
 EventFile EdsCalendars::fileOf(const QString &calendar, const QList<QByteArray> &components,

@@ -48,6 +48,8 @@ private:
     ZoneBook m_zones;
 
     [[nodiscard]] ServerCalendars allCalendars(const std::stop_token &stop);
+    [[nodiscard]] CalendarInfo infoOf(
+        const ServerCalendar &calendar, const std::stop_token &stop);
     [[nodiscard]] EventFile fileOf(const QString &calendar, const QList<QByteArray> &components,
         const std::stop_token &stop);
     [[nodiscard]] QByteArray zonesOf(const QString &calendar, const IcalComponent &events,

@@ -52,33 +52,6 @@ bool holds(const FolderIndex::File &file, const QString &uid)
         [&](const IcalSeries &series) { return series.uid == uid; });
 }
 
-// One calendar that cannot be read does not hide the others.
-class EachCalendar
-{
-public:
-    template <typename Use> void attempt(Use use)
-    {
-        try {
-            use();
-            m_hasSucceeded = true;
-        } catch (const CalendarStoreError &error) {
-            m_failure = m_failure ? m_failure : std::optional(error);
-        }
-    }
-
-    [[nodiscard]] bool hasSucceeded() const { return m_hasSucceeded; }
-    void throwIfFailed() const
-    {
-        if (m_failure) {
-            throw CalendarStoreError(*m_failure);
-        }
-    }
-
-private:
-    std::optional<CalendarStoreError> m_failure;
-    bool m_hasSucceeded = false;
-};
-
 } // namespace
 
 QString calendarsFolder()

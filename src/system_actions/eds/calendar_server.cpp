@@ -2,9 +2,11 @@
 
 #include <libecal/libecal.h>
 
+#include <chrono>
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 
 namespace velarc {
 
@@ -156,19 +158,22 @@ public:
             e_source_registry_list_enabled(sources, E_SOURCE_EXTENSION_CALENDAR));
         for (GList *item = enabled.get(); item != nullptr; item = item->next) {
             ESource *source = E_SOURCE(item->data);
-            const QString identifier = QString::fromUtf8(e_source_get_uid(source));
-            ECalClient *calendar = client(identifier, call);
-            if (calendar != nullptr) {
-                found.all.append({identifier, QString::fromUtf8(e_source_get_display_name(source)),
-                    e_client_is_readonly(E_CLIENT(calendar)) == 0});
-            } else if (call.wasStopped()) {
-                return given(call);
-            } // else somebody else's server is out of reach, and its calendar with it
+            found.all.append({QString::fromUtf8(e_source_get_uid(source)),
+                QString::fromUtf8(e_source_get_display_name(source))});
         }
         const ObjectPointer<ESource> chosen(e_source_registry_ref_default_calendar(sources));
         found.defaultIdentifier =
             chosen ? QString::fromUtf8(e_source_get_uid(chosen.get())) : QString();
         return {};
+    }
+
+    ServerOutcome askWhetherWritable(
+        const QString &calendar, bool &isWritable, std::stop_token stop) override
+    {
+        return with(calendar, std::move(stop), [&](ECalClient *found, Call &) {
+            isWritable = !isReadOnly(found);
+            return true;
+        });
     }
 
     ServerOutcome select(const QString &calendar, const QByteArray &query,
@@ -254,7 +259,7 @@ public:
         const QByteArray &occurrence, std::stop_token stop) override
     {
         return with(calendar, std::move(stop), [&](ECalClient *found, Call &call) {
-            if (e_client_is_readonly(E_CLIENT(found)) != 0) {
+            if (isReadOnly(found)) {
                 m_refusal = readOnly();
                 return false;
             }
@@ -271,6 +276,7 @@ private:
     GMainContext *m_context;
     ObjectPointer<ESourceRegistry> m_registry;
     std::map<QString, ObjectPointer<ECalClient>> m_clients;
+    std::chrono::steady_clock::time_point m_connected; // the latest of the clients
     std::optional<ServerOutcome> m_refusal; // of the call at hand, where the server has no say
 
     void disconnect()
@@ -318,7 +324,30 @@ private:
         if (client == nullptr) {
             return nullptr;
         }
+        m_connected = std::chrono::steady_clock::now();
         return (m_clients[calendar] = ObjectPointer<ECalClient>(E_CAL_CLIENT(client))).get();
+    }
+
+    // A server that has just opened a calendar calls it read-only for a moment, and takes it back by
+    // a signal.
+    [[nodiscard]] bool isReadOnly(ECalClient *client) const
+    {
+        constexpr std::chrono::milliseconds kMoment(300);
+        constexpr guint kMilliseconds = 10;
+        const auto end = m_connected + kMoment;
+        while (e_client_is_readonly(E_CLIENT(client)) != 0) {
+            if (std::chrono::steady_clock::now() >= end) {
+                return true;
+            }
+            const std::unique_ptr<GSource, Releasing<g_source_unref>> pause(
+                g_timeout_source_new(kMilliseconds));
+            g_source_set_callback(
+                pause.get(), [](gpointer) { return G_SOURCE_REMOVE; }, nullptr, nullptr);
+            g_source_attach(pause.get(), m_context);
+            g_main_context_iteration(m_context, TRUE);
+            g_source_destroy(pause.get());
+        }
+        return false;
     }
 
     template <typename Use>
@@ -340,7 +369,7 @@ private:
     {
         return with(calendar, std::move(stop), [&](ECalClient *found, Call &call) {
             // The server itself would take the event.
-            if (e_client_is_readonly(E_CLIENT(found)) != 0) {
+            if (isReadOnly(found)) {
                 m_refusal = readOnly();
                 return false;
             }

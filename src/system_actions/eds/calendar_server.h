@@ -17,12 +17,11 @@ struct ServerCalendar
 {
     QString identifier;
     QString title;
-    bool isWritable = false;
 };
 
 struct ServerCalendars
 {
-    QList<ServerCalendar> all; // by title
+    QList<ServerCalendar> all;
     QString defaultIdentifier; // empty where there is none
 };
 
@@ -44,6 +43,10 @@ public:
     CalendarServer &operator=(const CalendarServer &) = delete;
 
     virtual ServerOutcome calendars(ServerCalendars &found, std::stop_token stop) = 0;
+
+    // Takes a while for a calendar that is not.
+    virtual ServerOutcome askWhetherWritable(
+        const QString &calendar, bool &isWritable, std::stop_token stop) = 0;
 
     // The VEVENT components that `query`, in the server's language, selects.
     virtual ServerOutcome select(const QString &calendar, const QByteArray &query,
