@@ -1,6 +1,5 @@
 #include "entry/velarc_app.h"
 
-#include "actions/catalogue.h"
 #include "engines/anthropic_service.h"
 #include "engines/gemini_service.h"
 #include "engines/http_client.h"
@@ -9,7 +8,6 @@
 #include "engines/openai_service.h"
 #include "intake/pdf_export.h"
 #include "run/windowless_seams.h"
-#include "store/sqlite_defaults_domain.h"
 #include "system_actions/calendar_store_choice.h"
 #include "system_actions/compose_service.h"
 #include "system_actions/orchestrator.h"
@@ -17,14 +15,6 @@
 namespace velarc {
 
 using namespace Qt::StringLiterals;
-
-std::shared_ptr<const LocalStore> openSharedStore()
-{
-    // The domain names files that it moves aside by the time; it lives as long as this clock.
-    static const SystemClock kClock;
-    return std::make_shared<const LocalStore>(
-        std::make_shared<SqliteDefaultsDomain>(defaultsFiles(), kClock), &builtInActions);
-}
 
 namespace {
 

@@ -63,6 +63,8 @@ public:
     void startRun(AIAction action, InputStrategy strategy);
     [[nodiscard]] QCoro::Task<ResultPayload> runForShortcut(
         AIAction action, QString input, std::stop_token stop);
+    [[nodiscard]] QCoro::Task<ShortcutRun> runForShortcutInDetail(
+        AIAction action, QString input, std::stop_token stop); // with the engine that ran
 
     // The canvas, and what other programs hand over.
     [[nodiscard]] CanvasEvents &canvas() { return *m_canvas; }
@@ -79,6 +81,10 @@ public:
     [[nodiscard]] const Connections &connections() const { return *m_connections; }
 
     Q_INVOKABLE void resetUsage() { m_usage->resetUsage(); }
+
+    // For the waits and the work of whoever shows this object.
+    [[nodiscard]] const std::shared_ptr<Clock> &clock() const { return m_services.clock; }
+    [[nodiscard]] const std::shared_ptr<TaskScope> &scope() const { return m_services.scope; }
 
 private:
     AppServices m_services;

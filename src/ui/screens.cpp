@@ -18,10 +18,15 @@ constexpr const char *kScreensProperty = "velarcScreens";
 
 } // namespace
 
-Screens::Screens(AppViewModel &viewModel, QObject *parent)
+Screens::Screens(AppViewModel &viewModel, std::shared_ptr<FileChoosing> files, QObject *parent)
     : QObject(parent)
     , m_canvas(viewModel)
     , m_home(viewModel)
+    , m_library(viewModel)
+    , m_more(viewModel)
+    , m_studio(viewModel)
+    , m_transfer(viewModel, std::move(files))
+    , m_usage(viewModel)
     , m_shell(viewModel)
     , m_sidebar(viewModel)
 {

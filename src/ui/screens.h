@@ -1,12 +1,18 @@
 #pragma once
 
-// What the screens see of the program: a presenter for each, and how the desktop wants them to look.
+// What the screens see of the program: a presenter for each, and how the desktop wants them to
+// look.
 
 #include "ui/appearance.h"
 #include "ui/canvas_presenter.h"
 #include "ui/home_presenter.h"
+#include "ui/library_presenter.h"
+#include "ui/more_presenter.h"
 #include "ui/shell_presenter.h"
 #include "ui/sidebar_presenter.h"
+#include "ui/studio_presenter.h"
+#include "ui/transfer_presenter.h"
+#include "ui/usage_presenter.h"
 
 #include <QObject>
 #include <QtQmlIntegration>
@@ -30,12 +36,18 @@ class Screens : public QObject
     Q_PROPERTY(velarc::Appearance *appearance READ appearance CONSTANT)
     Q_PROPERTY(velarc::CanvasPresenter *canvas READ canvas CONSTANT)
     Q_PROPERTY(velarc::HomePresenter *home READ home CONSTANT)
+    Q_PROPERTY(velarc::LibraryPresenter *library READ library CONSTANT)
+    Q_PROPERTY(velarc::MorePresenter *more READ more CONSTANT)
     Q_PROPERTY(velarc::ShellPresenter *shell READ shell CONSTANT)
     Q_PROPERTY(velarc::SidebarPresenter *sidebar READ sidebar CONSTANT)
+    Q_PROPERTY(velarc::StudioPresenter *studio READ studio CONSTANT)
+    Q_PROPERTY(velarc::TransferPresenter *transfer READ transfer CONSTANT)
+    Q_PROPERTY(velarc::UsagePresenter *usage READ usage CONSTANT)
 
 public:
-    // `viewModel` must outlive it.
-    explicit Screens(AppViewModel &viewModel, QObject *parent = nullptr);
+    // `viewModel` must outlive it. Without `files` the screens ask for paths themselves.
+    explicit Screens(AppViewModel &viewModel, std::shared_ptr<FileChoosing> files = nullptr,
+        QObject *parent = nullptr);
 
     // Has `engine` use this object, and gives it the pictures. The engine goes first.
     void attachTo(QQmlEngine &engine);
@@ -46,14 +58,24 @@ public:
     [[nodiscard]] Appearance *appearance() { return &m_appearance; }
     [[nodiscard]] CanvasPresenter *canvas() { return &m_canvas; }
     [[nodiscard]] HomePresenter *home() { return &m_home; }
+    [[nodiscard]] LibraryPresenter *library() { return &m_library; }
+    [[nodiscard]] MorePresenter *more() { return &m_more; }
     [[nodiscard]] ShellPresenter *shell() { return &m_shell; }
     [[nodiscard]] SidebarPresenter *sidebar() { return &m_sidebar; }
+    [[nodiscard]] StudioPresenter *studio() { return &m_studio; }
+    [[nodiscard]] TransferPresenter *transfer() { return &m_transfer; }
+    [[nodiscard]] UsagePresenter *usage() { return &m_usage; }
 
 private:
     Appearance m_appearance;
     CanvasPresenter m_canvas;
     HomePresenter m_home;
-    ShellPresenter m_shell;
+    LibraryPresenter m_library;
+    MorePresenter m_more;
+    StudioPresenter m_studio;
+    TransferPresenter m_transfer;
+    UsagePresenter m_usage;
+    ShellPresenter m_shell; // behind those that make a sheet ready: it shows them
     SidebarPresenter m_sidebar;
 };
 
