@@ -271,7 +271,6 @@ void CalendarFolder::remove(const QByteArray &name) const
     if (unlinkat(m_folder.get(), name.constData(), 0) != 0) {
         throwSystemError(errno);
     }
-    fsync(m_folder.get());
 }
 
 // A hidden file, which nobody takes for an event.
@@ -298,7 +297,6 @@ void CalendarFolder::settle(const QByteArray &written, int result) const
         unlinkat(m_folder.get(), written.constData(), 0);
         throwSystemError(error);
     }
-    fsync(m_folder.get());
 }
 
 } // namespace velarc

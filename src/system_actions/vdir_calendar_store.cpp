@@ -63,13 +63,12 @@ QString calendarsFolder()
 const FolderIndex::Files &FolderIndex::refresh(
     const CalendarFolder &folder, ZoneBook &zones, const std::stop_token &stop)
 {
-    Files present;
+    ++m_round;
     for (const CalendarFolder::Entry &entry : folder.files()) {
         throwIfStopped(stop);
-        read(folder, entry, zones);
-        present.insert(m_files.extract(entry.name));
+        read(folder, entry, zones).round = m_round;
     }
-    m_files = std::move(present);
+    std::erase_if(m_files, [&](const auto &file) { return file.second.round != m_round; });
     return m_files;
 }
 
@@ -80,28 +79,23 @@ const FolderIndex::File *FolderIndex::refresh(
     if (!entry) {
         return nullptr;
     }
-    read(folder, *entry, zones);
-    return &m_files[name];
+    return &read(folder, *entry, zones);
 }
 
-void FolderIndex::read(
+FolderIndex::File &FolderIndex::read(
     const CalendarFolder &folder, const CalendarFolder::Entry &entry, ZoneBook &zones)
 {
     File &file = m_files[entry.name];
     if (file.isCertain && file.stamp == entry.stamp) {
-        return;
+        return file;
     }
-    file = {};
     const auto contents = folder.read(entry.name);
-    if (!contents) {
-        file.stamp = entry.stamp;
-        return;
-    }
-    file.stamp = contents->stamp;
-    file.isCertain = !contents->stamp.isFresh();
-    if (const auto read = readIcal(contents->bytes)) {
-        file.series = seriesOfIcal(*read, QFile::decodeName(entry.name), zones);
-    }
+    file.stamp = contents ? contents->stamp : entry.stamp;
+    file.isCertain = !file.stamp.isFresh();
+    const auto text = contents ? readIcal(contents->bytes) : std::nullopt;
+    file.series = text ? seriesOfIcal(*text, QFile::decodeName(entry.name), zones)
+                       : std::vector<IcalSeries>();
+    return file;
 }
 
 VdirCalendars::VdirCalendars(QString root) : m_root(std::move(root)) {}

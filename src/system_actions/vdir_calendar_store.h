@@ -24,6 +24,7 @@ public:
         FileStamp stamp;
         bool isCertain = false; // no: it may have changed since without telling
         std::vector<IcalSeries> series;
+        quint64 round = 0; // in which it was seen last
     };
     using Files = std::map<QByteArray, File>;
 
@@ -35,8 +36,9 @@ public:
 
 private:
     Files m_files;
+    quint64 m_round = 0;
 
-    void read(const CalendarFolder &folder, const CalendarFolder::Entry &entry, ZoneBook &zones);
+    File &read(const CalendarFolder &folder, const CalendarFolder::Entry &entry, ZoneBook &zones);
 };
 
 // A calendar's identifier is the name of its folder.
