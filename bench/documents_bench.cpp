@@ -1,7 +1,7 @@
 // Documents through the helper program, each beside the command of the library that does the work.
 // Ours start from the caller: they pay for the process, the pipes and the worker.
 
-#include "longest_gap.h"
+#include "support/longest_gap.h"
 
 #include "intake/pdf_export.h"
 #include "intake/pdf_text_reader.h"

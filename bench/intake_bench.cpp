@@ -1,6 +1,6 @@
 // Files on their way into a run: how long it takes, and how long the main thread is held meanwhile.
 
-#include "longest_gap.h"
+#include "support/longest_gap.h"
 
 #include "intake/attachments.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// How long the main thread was held while a benchmark ran.
+// How long the main thread was held while something ran.
 
 #include <QElapsedTimer>
 #include <QTimer>
