@@ -77,10 +77,10 @@ std::tm brokenDown(Instant instant, std::tm *(*convert)(const std::time_t *, std
 
 } // namespace
 
-QString longDateShortTime(Instant instant)
+namespace {
+
+QString formatted(std::unique_ptr<icu::DateFormat> format, Instant instant)
 {
-    const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createDateTimeInstance(
-        icu::DateFormat::kLong, icu::DateFormat::kShort, environmentLocale("LC_TIME")));
     if (!format) {
         return iso8601(instant);
     }
@@ -90,6 +90,23 @@ QString longDateShortTime(Instant instant)
     icu::UnicodeString text;
     format->format(static_cast<UDate>(milliseconds.count()), text);
     return toQString(text);
+}
+
+} // namespace
+
+QString longDateShortTime(Instant instant)
+{
+    return formatted(
+        std::unique_ptr<icu::DateFormat>(icu::DateFormat::createDateTimeInstance(
+            icu::DateFormat::kLong, icu::DateFormat::kShort, environmentLocale("LC_TIME"))),
+        instant);
+}
+
+QString shortTime(Instant instant)
+{
+    return formatted(std::unique_ptr<icu::DateFormat>(icu::DateFormat::createTimeInstance(
+                         icu::DateFormat::kShort, environmentLocale("LC_TIME"))),
+        instant);
 }
 
 QString localDayKey(Instant instant)

@@ -1,9 +1,12 @@
 #pragma once
 
-// What the screens see of the program: a presenter for each, and how the desktop wants them to look.
+// What the screens see of the program: a presenter for each, and how the desktop wants them to
+// look.
 
 #include "ui/appearance.h"
 #include "ui/canvas_presenter.h"
+#include "ui/connect_presenter.h"
+#include "ui/engine_room_presenter.h"
 #include "ui/home_presenter.h"
 #include "ui/shell_presenter.h"
 #include "ui/sidebar_presenter.h"
@@ -29,6 +32,7 @@ class Screens : public QObject
     QML_SINGLETON
     Q_PROPERTY(velarc::Appearance *appearance READ appearance CONSTANT)
     Q_PROPERTY(velarc::CanvasPresenter *canvas READ canvas CONSTANT)
+    Q_PROPERTY(velarc::ConnectPresenter *connectSheet READ connectSheet CONSTANT)
     Q_PROPERTY(velarc::HomePresenter *home READ home CONSTANT)
     Q_PROPERTY(velarc::ShellPresenter *shell READ shell CONSTANT)
     Q_PROPERTY(velarc::SidebarPresenter *sidebar READ sidebar CONSTANT)
@@ -43,15 +47,21 @@ public:
     // For QML: the object that was attached to the engine.
     static Screens *create(QQmlEngine *engine, QJSEngine *scriptEngine);
 
+    // A presenter for an Engine Room that stands in `view`. It goes with the view.
+    [[nodiscard]] Q_INVOKABLE velarc::EngineRoomPresenter *engineRoom(QObject *view);
+
     [[nodiscard]] Appearance *appearance() { return &m_appearance; }
     [[nodiscard]] CanvasPresenter *canvas() { return &m_canvas; }
+    [[nodiscard]] ConnectPresenter *connectSheet() { return &m_connectSheet; }
     [[nodiscard]] HomePresenter *home() { return &m_home; }
     [[nodiscard]] ShellPresenter *shell() { return &m_shell; }
     [[nodiscard]] SidebarPresenter *sidebar() { return &m_sidebar; }
 
 private:
+    AppViewModel &m_viewModel;
     Appearance m_appearance;
     CanvasPresenter m_canvas;
+    ConnectPresenter m_connectSheet;
     HomePresenter m_home;
     ShellPresenter m_shell;
     SidebarPresenter m_sidebar;

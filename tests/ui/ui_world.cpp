@@ -15,8 +15,7 @@ namespace {
 void noteMessage(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
     if (type != QtDebugMsg && type != QtInfoMsg) {
-        WarningLog::lines().append(
-            QString::fromUtf8(context.category) + u": "_s + message);
+        WarningLog::lines().append(QString::fromUtf8(context.category) + u": "_s + message);
     }
 }
 
@@ -25,8 +24,8 @@ QQuickItem *findCalled(QQuickItem &item, const QString &name)
     if (!item.isVisible()) {
         return nullptr;
     }
-    if (QAccessibleInterface *face = QAccessible::queryAccessibleInterface(&item);
-        face != nullptr && !face->state().invisible && face->role() != QAccessible::Client
+    if (QAccessibleInterface *face = QAccessible::queryAccessibleInterface(&item); face != nullptr
+        && !face->state().invisible && face->role() != QAccessible::Client
         && face->text(QAccessible::Name) == name) {
         return &item;
     }
@@ -69,7 +68,7 @@ void UiWorld::TearDown()
 {
     window.reset();
     engine.reset();
-    EXPECT_EQ(WarningLog::lines().join(u'\n'), QString());
+    EXPECT_EQ(WarningLog::lines().join(u'\n').toStdString(), std::string());
 }
 
 void UiWorld::prepare()
@@ -125,14 +124,14 @@ QImage UiWorld::picture()
     return window->grabWindow();
 }
 
-QQuickItem *UiWorld::itemCalled(const QString &name)
+QQuickItem *UiWorld::itemCalled(const QString &name, QQuickItem *within)
 {
-    return findCalled(*window->contentItem(), name);
+    return findCalled(within == nullptr ? *window->contentItem() : *within, name);
 }
 
-void UiWorld::click(const QString &name)
+void UiWorld::click(const QString &name, QQuickItem *within)
 {
-    QQuickItem *item = itemCalled(name);
+    QQuickItem *item = itemCalled(name, within);
     ASSERT_NE(item, nullptr) << "nothing is called " << name.toStdString();
     const QPointF at = item->mapToScene({item->width() / 2, item->height() / 2});
     const auto send = [&](QEvent::Type type, Qt::MouseButtons held) {

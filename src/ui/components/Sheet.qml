@@ -9,7 +9,8 @@ import Velarc
 T.Popup {
     id: sheet
 
-    property string title
+    property string title // none: the body has its own
+    property string accessibleName: title
     property int preferredWidth: 560
     property int preferredHeight: 0 // as tall as the body, if 0
     property alias commands: commandRow.data
@@ -77,13 +78,14 @@ T.Popup {
     contentItem: FocusScope {
         focus: true
         Accessible.role: Accessible.Dialog
-        Accessible.name: sheet.title
+        Accessible.name: sheet.accessibleName
 
         Item {
             id: header
 
             width: parent.width
-            height: Math.max(titleLabel.implicitHeight, commandRow.implicitHeight) + 2 * Theme.space4
+            height: Math.max(titleLabel.implicitHeight, commandRow.implicitHeight)
+                    + 2 * (sheet.title === "" ? Theme.space2 : Theme.space4)
 
             Label {
                 id: titleLabel
