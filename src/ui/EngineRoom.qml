@@ -1,4 +1,3 @@
-import QtQuick
 import Velarc
 
 // The settings: connections, the default engine, and what is rarely needed. It stands in a sheet and

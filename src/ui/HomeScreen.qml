@@ -64,19 +64,25 @@ FocusScope {
         }
     }
 
-    Label {
+    Item {
         id: note
 
         anchors.bottom: parent.bottom
-        anchors.bottomMargin: text === "" ? 0 : Theme.space2
+        anchors.bottomMargin: noteText.text === "" ? 0 : Theme.space2
         x: Math.round((home.width - width) / 2)
         width: Math.min(Theme.contentWidth, home.width - 2 * Theme.space5)
-        height: text === "" ? 30 : implicitHeight
-        style: Label.Caption
-        secondary: true
-        text: home.presenter.statusNote
-        elide: Text.ElideRight
-        wrapMode: Text.NoWrap
+        height: noteText.text === "" ? 30 : noteText.implicitHeight
+
+        Label {
+            id: noteText
+
+            width: parent.width
+            style: Label.Caption
+            secondary: true
+            text: home.presenter.statusNote
+            elide: Text.ElideRight
+            wrapMode: Text.NoWrap
+        }
     }
 
     Toast {
@@ -89,32 +95,7 @@ FocusScope {
     Component {
         id: inputPhase
 
-        Column {
-            spacing: Theme.space4
-
-            ActionCard {
-                width: parent.width
-                visible: home.presenter.isNewRunExperience
-            }
-
-            ConnectionBanner {
-                width: parent.width
-                visible: home.presenter.isNewRunExperience && home.presenter.suggestedEngine !== ""
-            }
-
-            PinnedActionStrip {
-                width: parent.width
-                visible: !home.presenter.isNewRunExperience
-            }
-
-            InputCard {
-                width: parent.width
-            }
-
-            PrimaryActionBar {
-                width: parent.width
-            }
-        }
+        InputView {}
     }
 
     Component {

@@ -1,4 +1,3 @@
-import QtQuick
 import Velarc
 
 // What a run left to see.

@@ -18,12 +18,17 @@ constexpr const char *kScreensProperty = "velarcScreens";
 
 } // namespace
 
-Screens::Screens(AppViewModel &viewModel, QObject *parent)
+Screens::Screens(AppViewModel &viewModel, std::shared_ptr<FileChoosing> files, QObject *parent)
     : QObject(parent)
     , m_viewModel(viewModel)
     , m_canvas(viewModel)
     , m_connectSheet(viewModel)
     , m_home(viewModel)
+    , m_library(viewModel)
+    , m_more(viewModel)
+    , m_studio(viewModel)
+    , m_transfer(viewModel, std::move(files))
+    , m_usage(viewModel)
     , m_shell(viewModel)
     , m_sidebar(viewModel)
 {

@@ -8,8 +8,13 @@
 #include "ui/connect_presenter.h"
 #include "ui/engine_room_presenter.h"
 #include "ui/home_presenter.h"
+#include "ui/library_presenter.h"
+#include "ui/more_presenter.h"
 #include "ui/shell_presenter.h"
 #include "ui/sidebar_presenter.h"
+#include "ui/studio_presenter.h"
+#include "ui/transfer_presenter.h"
+#include "ui/usage_presenter.h"
 
 #include <QObject>
 #include <QtQmlIntegration>
@@ -34,12 +39,18 @@ class Screens : public QObject
     Q_PROPERTY(velarc::CanvasPresenter *canvas READ canvas CONSTANT)
     Q_PROPERTY(velarc::ConnectPresenter *connectSheet READ connectSheet CONSTANT)
     Q_PROPERTY(velarc::HomePresenter *home READ home CONSTANT)
+    Q_PROPERTY(velarc::LibraryPresenter *library READ library CONSTANT)
+    Q_PROPERTY(velarc::MorePresenter *more READ more CONSTANT)
     Q_PROPERTY(velarc::ShellPresenter *shell READ shell CONSTANT)
     Q_PROPERTY(velarc::SidebarPresenter *sidebar READ sidebar CONSTANT)
+    Q_PROPERTY(velarc::StudioPresenter *studio READ studio CONSTANT)
+    Q_PROPERTY(velarc::TransferPresenter *transfer READ transfer CONSTANT)
+    Q_PROPERTY(velarc::UsagePresenter *usage READ usage CONSTANT)
 
 public:
-    // `viewModel` must outlive it.
-    explicit Screens(AppViewModel &viewModel, QObject *parent = nullptr);
+    // `viewModel` must outlive it. Without `files` the screens ask for paths themselves.
+    explicit Screens(AppViewModel &viewModel, std::shared_ptr<FileChoosing> files = nullptr,
+        QObject *parent = nullptr);
 
     // Has `engine` use this object, and gives it the pictures. The engine goes first.
     void attachTo(QQmlEngine &engine);
@@ -54,8 +65,13 @@ public:
     [[nodiscard]] CanvasPresenter *canvas() { return &m_canvas; }
     [[nodiscard]] ConnectPresenter *connectSheet() { return &m_connectSheet; }
     [[nodiscard]] HomePresenter *home() { return &m_home; }
+    [[nodiscard]] LibraryPresenter *library() { return &m_library; }
+    [[nodiscard]] MorePresenter *more() { return &m_more; }
     [[nodiscard]] ShellPresenter *shell() { return &m_shell; }
     [[nodiscard]] SidebarPresenter *sidebar() { return &m_sidebar; }
+    [[nodiscard]] StudioPresenter *studio() { return &m_studio; }
+    [[nodiscard]] TransferPresenter *transfer() { return &m_transfer; }
+    [[nodiscard]] UsagePresenter *usage() { return &m_usage; }
 
 private:
     AppViewModel &m_viewModel;
@@ -63,7 +79,12 @@ private:
     CanvasPresenter m_canvas;
     ConnectPresenter m_connectSheet;
     HomePresenter m_home;
-    ShellPresenter m_shell;
+    LibraryPresenter m_library;
+    MorePresenter m_more;
+    StudioPresenter m_studio;
+    TransferPresenter m_transfer;
+    UsagePresenter m_usage;
+    ShellPresenter m_shell; // behind those that make a sheet ready: it shows them
     SidebarPresenter m_sidebar;
 };
 

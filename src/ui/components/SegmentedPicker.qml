@@ -40,6 +40,7 @@ FocusScope {
         y: 3
         width: picker.width - 6
 
+        // qmllint disable unqualified
         Repeater {
             id: repeater
 
@@ -69,7 +70,7 @@ FocusScope {
                 Accessible.role: Accessible.RadioButton
                 Accessible.name: text
                 Accessible.checked: checked
-                Accessible.onPressAction: click()
+                Accessible.onPressAction: segment.clicked()
 
                 contentItem: Text {
                     id: label
@@ -100,6 +101,7 @@ FocusScope {
                 }
             }
         }
+        // qmllint enable unqualified
     }
 
     function step(by: int) {
