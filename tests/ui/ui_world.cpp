@@ -68,7 +68,7 @@ void UiWorld::TearDown()
 {
     window.reset();
     engine.reset();
-    EXPECT_EQ(WarningLog::lines().join(u'\n'), QString());
+    EXPECT_EQ(WarningLog::lines().join(u'\n').toStdString(), std::string());
 }
 
 void UiWorld::prepare()
@@ -124,14 +124,14 @@ QImage UiWorld::picture()
     return window->grabWindow();
 }
 
-QQuickItem *UiWorld::itemCalled(const QString &name)
+QQuickItem *UiWorld::itemCalled(const QString &name, QQuickItem *within)
 {
-    return findCalled(*window->contentItem(), name);
+    return findCalled(within == nullptr ? *window->contentItem() : *within, name);
 }
 
-void UiWorld::click(const QString &name)
+void UiWorld::click(const QString &name, QQuickItem *within)
 {
-    QQuickItem *item = itemCalled(name);
+    QQuickItem *item = itemCalled(name, within);
     ASSERT_NE(item, nullptr) << "nothing is called " << name.toStdString();
     const QPointF at = item->mapToScene({item->width() / 2, item->height() / 2});
     const auto send = [&](QEvent::Type type, Qt::MouseButtons held) {

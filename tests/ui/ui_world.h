@@ -58,12 +58,13 @@ protected:
     // What the window shows once everything that was posted is done.
     [[nodiscard]] QImage picture();
 
-    // The first visible item that assistive programs know by `name`; none if there is none.
-    [[nodiscard]] QQuickItem *itemCalled(const QString &name);
+    // The first visible item that assistive programs know by `name`, in the window or in one of its
+    // items; none if there is none.
+    [[nodiscard]] QQuickItem *itemCalled(const QString &name, QQuickItem *within = nullptr);
     [[nodiscard]] bool shows(const QString &text) { return itemCalled(text) != nullptr; }
 
     // Clicks in the middle of the item of that name.
-    void click(const QString &name);
+    void click(const QString &name, QQuickItem *within = nullptr);
     void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void type(const QString &text);
 

@@ -9,8 +9,9 @@ import Velarc
 T.Popup {
     id: sheet
 
-    property string title
+    property string title // none: the body has its own
     property string subtitle
+    property string accessibleName: title
     property int preferredWidth: 560
     property int preferredHeight: 0 // as tall as the body, if 0
     property alias commands: commandRow.data
@@ -78,13 +79,14 @@ T.Popup {
     contentItem: FocusScope {
         focus: true
         Accessible.role: Accessible.Dialog
-        Accessible.name: sheet.title
+        Accessible.name: sheet.accessibleName
 
         Item {
             id: header
 
             width: parent.width
-            height: Math.max(titles.implicitHeight, commandRow.implicitHeight) + 2 * Theme.space4
+            height: Math.max(titles.implicitHeight, commandRow.implicitHeight)
+                    + 2 * (sheet.title === "" ? Theme.space2 : Theme.space4)
 
             Column {
                 id: titles
