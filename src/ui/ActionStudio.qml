@@ -28,6 +28,7 @@ Sheet {
         ScrollArea {
             anchors.fill: parent
             padding: Theme.space5
+            topPadding: Theme.space1
             spacing: Theme.space5
 
             StudioIdentity {

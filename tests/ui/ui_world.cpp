@@ -8,6 +8,11 @@
 
 #include <stdexcept>
 
+// Exported for tests, without a header of its own.
+Q_GUI_EXPORT void qt_handleKeyEvent(QWindow *window, QEvent::Type type, int key,
+    Qt::KeyboardModifiers modifiers, const QString &text = {}, bool isRepeat = false,
+    ushort count = 1);
+
 namespace velarc {
 
 namespace {
@@ -147,10 +152,9 @@ void UiWorld::click(const QString &name, QQuickItem *within)
 
 void UiWorld::press(int key, Qt::KeyboardModifiers modifiers)
 {
-    QKeyEvent down(QEvent::KeyPress, key, modifiers);
-    QCoreApplication::sendEvent(window.get(), &down);
-    QKeyEvent up(QEvent::KeyRelease, key, modifiers);
-    QCoreApplication::sendEvent(window.get(), &up);
+    // The way of a key from the window system, through shortcuts too.
+    qt_handleKeyEvent(window.get(), QEvent::KeyPress, key, modifiers);
+    qt_handleKeyEvent(window.get(), QEvent::KeyRelease, key, modifiers);
     settle();
 }
 
