@@ -1,3 +1,4 @@
+import QtQuick
 import Velarc
 
 // All actions, to find and manage, to export and to import.
@@ -75,7 +76,7 @@ Sheet {
             sourceComponent: Component {
                 ImportPreview {}
             }
-            onLoaded: item.forceActiveFocus()
+            onLoaded: (item as Item).forceActiveFocus()
             onActiveChanged: if (!active) {
                 bar.takeFocus();
             }

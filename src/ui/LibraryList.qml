@@ -7,7 +7,6 @@ FocusScope {
     id: area
 
     readonly property LibraryPresenter presenter: Screens.library
-    readonly property bool exports: Screens.transfer.stage === TransferPresenter.ChoosingAction
 
     signal leftUpwards
 
@@ -20,15 +19,7 @@ FocusScope {
 
     function chooseFirst() {
         if (list.count > 0 && presenter.query.trim() !== "") {
-            choose((list.itemAtIndex(0) as LibraryRowView)?.actionID ?? "");
-        }
-    }
-
-    function choose(actionID: string) {
-        if (exports) {
-            Screens.transfer.exportAction(actionID);
-        } else {
-            presenter.choose(actionID);
+            (list.itemAtIndex(0) as LibraryRowView)?.choose();
         }
     }
 
@@ -77,11 +68,7 @@ FocusScope {
 
             width: ListView.view?.width ?? 0
             focusPolicy: ListView.isCurrentItem ? Qt.StrongFocus : Qt.ClickFocus
-            onClicked: area.choose(actionID)
-            onMenuWanted: at => {
-                row.ListView.view.currentIndex = row.index;
-                menu.openFor(row, at);
-            }
+            onMenuWanted: at => menu.openFor(row, at) // qmllint disable unqualified
         }
     }
 
