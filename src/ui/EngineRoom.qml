@@ -1,3 +1,4 @@
+import QtQuick
 import Velarc
 
 // The settings: connections, the default engine, and what is rarely needed. It stands in a sheet and

@@ -1,3 +1,4 @@
+import QtQuick
 import Velarc
 
 // Takes and verifies the key of an engine.
