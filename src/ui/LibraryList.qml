@@ -67,7 +67,7 @@ FocusScope {
             id: row
 
             width: ListView.view?.width ?? 0
-            focusPolicy: ListView.isCurrentItem ? Qt.StrongFocus : Qt.ClickFocus
+            focusPolicy: ListView.isCurrentItem || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
             onMenuWanted: at => menu.openFor(row, at) // qmllint disable unqualified
         }
     }
@@ -76,6 +76,9 @@ FocusScope {
         id: menu
 
         onPinToggled: actionID => area.togglePin(actionID)
+        onClosed: if (Screens.shell.isActionLibraryPresented) {
+            list.forceActiveFocus(Qt.PopupFocusReason); // the row it stood at may have gone
+        }
     }
 
     Column {

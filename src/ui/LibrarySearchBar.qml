@@ -17,6 +17,15 @@ FocusScope {
         field.forceActiveFocus(Qt.TabFocusReason);
     }
 
+    // While a deletion can be taken back, that goes before the last edit of the search.
+    function takesBack(event: KeyEvent): bool {
+        if (!event.matches(StandardKey.Undo) || presenter.deletionNotice === "") {
+            return false;
+        }
+        presenter.undoRemove();
+        return true;
+    }
+
     TextField {
         id: field
 
@@ -29,6 +38,7 @@ FocusScope {
         placeholderText: "Search actions"
         text: bar.presenter.query
         onTextEdited: bar.presenter.query = text
+        Keys.onPressed: event => event.accepted = bar.takesBack(event)
         Keys.onDownPressed: bar.leftDownwards()
         Keys.onReturnPressed: bar.chosen()
         Keys.onEnterPressed: bar.chosen()
