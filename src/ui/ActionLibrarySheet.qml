@@ -53,7 +53,9 @@ Sheet {
             anchors.top: bar.bottom
             width: parent.width
             visible: !sheet.isPreviewing
-            onEnded: bar.takeFocus()
+            onEnded: if (sheet.transfer.stage !== TransferPresenter.Previewing) {
+                bar.takeFocus();
+            }
         }
 
         LibraryList {

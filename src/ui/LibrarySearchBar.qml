@@ -17,15 +17,6 @@ FocusScope {
         field.forceActiveFocus(Qt.TabFocusReason);
     }
 
-    // While a deletion can be taken back, that goes before the last edit of the search.
-    function takesBack(event: KeyEvent): bool {
-        if (!event.matches(StandardKey.Undo) || presenter.deletionNotice === "") {
-            return false;
-        }
-        presenter.undoRemove();
-        return true;
-    }
-
     TextField {
         id: field
 
@@ -38,7 +29,13 @@ FocusScope {
         placeholderText: "Search actions"
         text: bar.presenter.query
         onTextEdited: bar.presenter.query = text
-        Keys.onPressed: event => event.accepted = bar.takesBack(event)
+        // While a deletion can be taken back, that goes before the last edit of the search.
+        Keys.onPressed: event => {
+            if (event.matches(StandardKey.Undo) && bar.presenter.deletionNotice !== "") {
+                event.accepted = true;
+                bar.presenter.undoRemove();
+            }
+        }
         Keys.onDownPressed: bar.leftDownwards()
         Keys.onReturnPressed: bar.chosen()
         Keys.onEnterPressed: bar.chosen()

@@ -2,6 +2,7 @@
 
 // The screens over a whole program of scripted engines, in a window that nobody sees.
 
+#include "fakes/scripted_file_chooser.h"
 #include "support/app_world.h"
 #include "ui/screens.h"
 
@@ -40,6 +41,7 @@ class UiWorld : public AppWorld
 {
 protected:
     WarningLog warnings;
+    std::shared_ptr<ScriptedFileChooser> fileChooser; // none: the screens ask for paths
     std::unique_ptr<Screens> screens;
     std::unique_ptr<QQmlEngine> engine;
     std::unique_ptr<QQuickWindow> window;

@@ -18,6 +18,7 @@ T.Popup {
     property alias foot: footRow.data
     default property alias body: bodyArea.data
     property Item focusedBefore: null
+    property bool heldFocus: false // when it began to close; another sheet may have taken it
 
     parent: T.Overlay.overlay
     modal: true
@@ -36,9 +37,12 @@ T.Popup {
     }
 
     onAboutToShow: focusedBefore = parent.Window.activeFocusItem
+    onAboutToHide: heldFocus = contentItem.activeFocus
     onClosed: {
-        if (focusedBefore !== null && focusedBefore.visible) {
+        if (heldFocus && focusedBefore !== null && focusedBefore.visible) {
             focusedBefore.forceActiveFocus();
+        } else if (heldFocus) {
+            parent.Window.contentItem.forceActiveFocus(); // who had it went with another sheet
         }
         focusedBefore = null;
     }
