@@ -82,19 +82,25 @@ FocusScope {
         }
     }
 
-    Label {
+    Item {
         id: note
 
         anchors.bottom: parent.bottom
-        anchors.bottomMargin: text === "" ? 0 : Theme.space2
+        anchors.bottomMargin: noteText.text === "" ? 0 : Theme.space2
         x: Math.round((home.width - width) / 2)
         width: Math.min(Theme.contentWidth, home.width - 2 * Theme.space5)
-        height: text === "" ? 30 : implicitHeight
-        style: Label.Caption
-        secondary: true
-        text: home.presenter.statusNote
-        elide: Text.ElideRight
-        wrapMode: Text.NoWrap
+        height: noteText.text === "" ? 30 : noteText.implicitHeight
+
+        Label {
+            id: noteText
+
+            width: parent.width
+            style: Label.Caption
+            secondary: true
+            text: home.presenter.statusNote
+            elide: Text.ElideRight
+            wrapMode: Text.NoWrap
+        }
     }
 
     Toast {

@@ -20,7 +20,9 @@ constexpr const char *kScreensProperty = "velarcScreens";
 
 Screens::Screens(AppViewModel &viewModel, std::shared_ptr<FileChoosing> files, QObject *parent)
     : QObject(parent)
+    , m_viewModel(viewModel)
     , m_canvas(viewModel)
+    , m_connectSheet(viewModel)
     , m_home(viewModel)
     , m_library(viewModel)
     , m_more(viewModel)
@@ -38,6 +40,14 @@ void Screens::attachTo(QQmlEngine &engine)
     engine.addImportPath(u"qrc:/qt/qml"_s);
     engine.setProperty(kScreensProperty, QVariant::fromValue(this));
     addImageProviders(engine);
+}
+
+EngineRoomPresenter *Screens::engineRoom(QObject *view)
+{
+    auto *presenter = new EngineRoomPresenter(m_viewModel, this);
+    // Later: the view's bindings still look at it while it goes.
+    connect(view, &QObject::destroyed, presenter, &QObject::deleteLater);
+    return presenter;
 }
 
 Screens *Screens::create(QQmlEngine *engine, QJSEngine * /*scriptEngine*/)

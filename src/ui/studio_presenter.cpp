@@ -7,6 +7,9 @@
 #include "ui/studio_rules.h"
 #include "ui/symbols.h"
 
+#include <QGuiApplication>
+#include <QInputMethod>
+
 #include <algorithm>
 
 namespace velarc {
@@ -283,6 +286,7 @@ void StudioPresenter::removeSkill(int index)
 
 void StudioPresenter::save()
 {
+    QGuiApplication::inputMethod()->commit(); // what it still composes belongs to the draft
     m_viewModel.library().saveStudioDraft();
 }
 

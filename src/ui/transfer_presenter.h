@@ -115,7 +115,7 @@ private:
     void useFile(const QString &path, IfPresent ifPresent);
     void offerReplacing(const QString &name);
     void showPreview(ActionFile file);
-    void refreshPreview();
+    void planImport();
 };
 
 } // namespace velarc

@@ -61,9 +61,9 @@ FocusScope {
             selectionColor: Theme.accent
             selectedTextColor: Theme.textOnAccent
             font.pixelSize: Theme.bodySize
-            KeyNavigation.priority: KeyNavigation.BeforeItem
-            KeyNavigation.tab: nextItemInFocusChain(true)
-            KeyNavigation.backtab: nextItemInFocusChain(false)
+            Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+            Keys.onBacktabPressed: nextItemInFocusChain(false)
+                .forceActiveFocus(Qt.BacktabFocusReason)
             Accessible.role: Accessible.EditableText
             Accessible.name: editor.accessibleName
             Accessible.multiLine: true

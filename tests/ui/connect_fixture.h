@@ -1,0 +1,45 @@
+#pragma once
+
+// The connect sheet in the whole window.
+
+#include "accessible_tree.h"
+#include "ui_world.h"
+
+#include "ui/secret_input.h"
+
+namespace velarc {
+
+class ConnectWorld : public UiWorld
+{
+protected:
+    void openSheet(AIProvider provider)
+    {
+        if (!window) {
+            openWindow();
+        }
+        viewModel->connections().presentConnectSheet(provider);
+        settle();
+    }
+
+    [[nodiscard]] ConnectPresenter &sheet() { return *screens->connectSheet(); }
+
+    [[nodiscard]] SecretInput *keyField()
+    {
+        return qobject_cast<SecretInput *>(itemCalled(sheet().keyLabel()));
+    }
+
+    [[nodiscard]] QString typedKey() { return QString::fromUtf8(keyField()->secret().bytes()); }
+
+    void connectWith(const QString &key)
+    {
+        type(key); // the field has the focus
+        press(Qt::Key_Return);
+    }
+
+    [[nodiscard]] bool isSheetOpen() const
+    {
+        return viewModel->providerConnectSheetProvider().has_value();
+    }
+};
+
+} // namespace velarc
