@@ -5,7 +5,7 @@ import Velarc
 FocusScope {
     id: form
 
-    required property ConnectPresenter presenter
+    readonly property ConnectPresenter presenter: Screens.connectSheet
     readonly property Item lastPart: submit
 
     // It became taller.
@@ -67,7 +67,6 @@ FocusScope {
         ConnectError {
             width: parent.width
             visible: form.presenter.hasError
-            presenter: form.presenter
         }
 
         Button {

@@ -5,7 +5,7 @@ import Velarc
 Column {
     id: section
 
-    required property EngineRoomPresenter presenter
+    property EngineRoomPresenter presenter: Screens.engineRoom(section)
 
     spacing: 14
 

@@ -5,7 +5,7 @@ import Velarc
 Card {
     id: card
 
-    required property EngineRoomPresenter presenter
+    property EngineRoomPresenter presenter: Screens.engineRoom(card)
 
     spacing: Theme.space4
 

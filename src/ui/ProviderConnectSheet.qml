@@ -42,7 +42,6 @@ Sheet {
 
         ConnectGuide {
             width: parent.width
-            presenter: sheet.presenter
         }
 
         ConnectForm {
@@ -50,7 +49,6 @@ Sheet {
 
             width: parent.width
             focus: true
-            presenter: sheet.presenter
             onGrown: scroll.reveal(form.lastPart)
         }
     }

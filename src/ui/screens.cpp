@@ -2,6 +2,7 @@
 
 #include "run/app_view_model.h"
 #include "ui/image_providers.h"
+#include "ui/secret_input_face.h"
 
 #include <QQmlEngine>
 
@@ -37,6 +38,7 @@ Screens::Screens(AppViewModel &viewModel, std::shared_ptr<FileChoosing> files, Q
 void Screens::attachTo(QQmlEngine &engine)
 {
     qml_register_types_Velarc();
+    showSecretInputsToAssistivePrograms();
     engine.addImportPath(u"qrc:/qt/qml"_s);
     engine.setProperty(kScreensProperty, QVariant::fromValue(this));
     addImageProviders(engine);

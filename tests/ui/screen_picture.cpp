@@ -27,6 +27,25 @@ public:
     using Scene = std::function<void(PictureWorld &)>;
     [[nodiscard]] static const std::map<QString, Scene> &scenes();
 
+    // What the scenes of the engines share.
+    void openEngineRoom(EngineRoomSection section)
+    {
+        viewModel->setProviderConnections({{true, clock->now() - 2h}, {}, {true, std::nullopt}});
+        viewModel->library().setEngineRoomSection(section);
+        viewModel->setIsEngineRoomPresented(true);
+        settle();
+    }
+    void openConnectSheet(AIProvider provider)
+    {
+        viewModel->connections().presentConnectSheet(provider);
+        settle();
+    }
+    void connectWithKey()
+    {
+        type(u"sk-0123456789abcdefghijklmnopqrstuvwxyz"_s);
+        press(Qt::Key_Return);
+    }
+
     int make(const QString &scene, Look look, QSize size, const QString &file)
     {
         launch();
@@ -67,10 +86,12 @@ const std::map<QString, PictureWorld::Scene> &PictureWorld::scenes()
         {u"studio-long"_s,
             [](World &world) {
                 AIAction action = builtInActions().constFirst();
-                action.name = u"An action whose name is much longer than any field of it is "_s.repeated(3);
+                action.name =
+                    u"An action whose name is much longer than any field of it is "_s.repeated(3);
                 action.icon = u"bolt"_s;
                 action.provider = AIProvider::Gemini;
-                action.systemPrompt = u"A line of the prompt that is rather long. {User_Input}\n"_s.repeated(40);
+                action.systemPrompt =
+                    u"A line of the prompt that is rather long. {User_Input}\n"_s.repeated(40);
                 action.skills = {u"email-drafting"_s, u"a-tag-of-many-words-"_s.repeated(8)};
                 world.viewModel->library().editAction(action);
             }},
@@ -85,7 +106,8 @@ const std::map<QString, PictureWorld::Scene> &PictureWorld::scenes()
             }},
         {u"studio-end"_s,
             [](World &world) {
-                world.viewModel->library().editAction(world.actionNamed(u"Invoice Follow-Up Message"_s));
+                world.viewModel->library().editAction(
+                    world.actionNamed(u"Invoice Follow-Up Message"_s));
                 world.settle();
                 world.itemCalled(u"Destination"_s)->forceActiveFocus(Qt::TabFocusReason);
                 world.settle();
@@ -108,7 +130,8 @@ const std::map<QString, PictureWorld::Scene> &PictureWorld::scenes()
         {u"library-deleted"_s,
             [](World &world) {
                 AIAction action = world.viewModel->actions().at(2);
-                action.name = u"An action whose name is much longer than any row of it is "_s.repeated(3);
+                action.name =
+                    u"An action whose name is much longer than any row of it is "_s.repeated(3);
                 world.viewModel->library().importActions({action});
                 world.viewModel->setIsActionLibraryPresented(true);
                 world.viewModel->library().togglePin(action.id);
@@ -125,11 +148,15 @@ const std::map<QString, PictureWorld::Scene> &PictureWorld::scenes()
                 AIAction fresh = world.viewModel->actions().at(1);
                 fresh.id = QUuid::createUuid();
                 if (file.open(QIODevice::WriteOnly)) {
-                    file.write(writeActions({other, fresh, world.viewModel->actions().at(3)}).chopped(1) + ",{\"name\":\"Odd\",\"sortOrder\":true},7]");
+                    file.write(
+                        writeActions({other, fresh, world.viewModel->actions().at(3)}).chopped(1)
+                        + ",{\"name\":\"Odd\",\"sortOrder\":true},7]");
                     file.close();
                 }
                 world.screens->transfer()->importDropped({QUrl::fromLocalFile(file.fileName())});
-                static_cast<void>(waitUntil([&] { return world.screens->transfer()->stage() == TransferPresenter::Previewing; }));
+                static_cast<void>(waitUntil([&] {
+                    return world.screens->transfer()->stage() == TransferPresenter::Previewing;
+                }));
                 file.remove();
             }},
         {u"library-path"_s,
@@ -140,18 +167,41 @@ const std::map<QString, PictureWorld::Scene> &PictureWorld::scenes()
         {u"usage-full"_s,
             [](World &world) {
                 DailyUsageLedger ledger = world.viewModel->dailyUsageLedger();
-                ledger.record(AIProvider::OpenAI, u"gpt-5"_s, {1200, 350, 1550}, world.clock->now());
-                ledger.record(AIProvider::Anthropic, u"claude-opus-4-1-20250805"_s, {90000000, 41000, 90041000}, world.clock->now());
+                ledger.record(
+                    AIProvider::OpenAI, u"gpt-5"_s, {1200, 350, 1550}, world.clock->now());
+                ledger.record(AIProvider::Anthropic, u"claude-opus-4-1-20250805"_s,
+                    {90000000, 41000, 90041000}, world.clock->now());
                 world.viewModel->setDailyUsageLedger(ledger);
                 world.viewModel->setIsUsagePresented(true);
             }},
         {u"input-modal"_s, [](World &world) { world.viewModel->setIsInputModalPresented(true); }},
         {u"library"_s, [](World &world) { world.viewModel->setIsActionLibraryPresented(true); }},
-        {u"engine-room"_s, [](World &world) { world.viewModel->setIsEngineRoomPresented(true); }},
-        {u"usage"_s, [](World &world) { world.viewModel->setIsUsagePresented(true); }},
-        {u"connect"_s,
+        {u"engine-room"_s,
+            [](World &world) { world.openEngineRoom(EngineRoomSection::Connections); }},
+        {u"engine-room-default"_s,
             [](World &world) {
-                world.viewModel->connections().presentConnectSheet(AIProvider::OpenAI);
+                world.openEngineRoom(EngineRoomSection::DefaultEngine);
+                world.click(u"Gemini"_s);
+            }},
+        {u"engine-room-advanced"_s,
+            [](World &world) { world.openEngineRoom(EngineRoomSection::Advanced); }},
+        {u"usage"_s, [](World &world) { world.viewModel->setIsUsagePresented(true); }},
+        {u"connect"_s, [](World &world) { world.openConnectSheet(AIProvider::OpenAI); }},
+        {u"connect-busy"_s,
+            [](World &world) {
+                world.openAI->answer.gate.close();
+                world.openConnectSheet(AIProvider::OpenAI);
+                world.connectWithKey();
+            }},
+        {u"connect-error"_s,
+            [](World &world) {
+                world.gemini->answer.failure = std::make_exception_ptr(std::runtime_error(
+                    QString(u"The provider answered that the key is not valid. "_s)
+                        .repeated(9)
+                        .first(400)
+                        .toStdString()));
+                world.openConnectSheet(AIProvider::Gemini);
+                world.connectWithKey();
             }},
         {u"automation"_s, [](World &world) { world.click(u"Automation"_s); }},
     };
