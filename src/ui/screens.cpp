@@ -22,6 +22,7 @@ Screens::Screens(AppViewModel &viewModel, QObject *parent)
     : QObject(parent)
     , m_canvas(viewModel)
     , m_home(viewModel)
+    , m_result(viewModel, m_picture)
     , m_shell(viewModel)
     , m_sidebar(viewModel)
 {
@@ -33,6 +34,7 @@ void Screens::attachTo(QQmlEngine &engine)
     engine.addImportPath(u"qrc:/qt/qml"_s);
     engine.setProperty(kScreensProperty, QVariant::fromValue(this));
     addImageProviders(engine);
+    engine.addImageProvider(u"result"_s, new ResultPictureProvider(m_picture));
 }
 
 Screens *Screens::create(QQmlEngine *engine, QJSEngine * /*scriptEngine*/)

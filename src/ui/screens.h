@@ -5,6 +5,7 @@
 #include "ui/appearance.h"
 #include "ui/canvas_presenter.h"
 #include "ui/home_presenter.h"
+#include "ui/result_presenter.h"
 #include "ui/shell_presenter.h"
 #include "ui/sidebar_presenter.h"
 
@@ -30,6 +31,7 @@ class Screens : public QObject
     Q_PROPERTY(velarc::Appearance *appearance READ appearance CONSTANT)
     Q_PROPERTY(velarc::CanvasPresenter *canvas READ canvas CONSTANT)
     Q_PROPERTY(velarc::HomePresenter *home READ home CONSTANT)
+    Q_PROPERTY(velarc::ResultPresenter *result READ result CONSTANT)
     Q_PROPERTY(velarc::ShellPresenter *shell READ shell CONSTANT)
     Q_PROPERTY(velarc::SidebarPresenter *sidebar READ sidebar CONSTANT)
 
@@ -46,6 +48,7 @@ public:
     [[nodiscard]] Appearance *appearance() { return &m_appearance; }
     [[nodiscard]] CanvasPresenter *canvas() { return &m_canvas; }
     [[nodiscard]] HomePresenter *home() { return &m_home; }
+    [[nodiscard]] ResultPresenter *result() { return &m_result; }
     [[nodiscard]] ShellPresenter *shell() { return &m_shell; }
     [[nodiscard]] SidebarPresenter *sidebar() { return &m_sidebar; }
 
@@ -53,6 +56,8 @@ private:
     Appearance m_appearance;
     CanvasPresenter m_canvas;
     HomePresenter m_home;
+    std::shared_ptr<ShownPicture> m_picture = std::make_shared<ShownPicture>();
+    ResultPresenter m_result;
     ShellPresenter m_shell;
     SidebarPresenter m_sidebar;
 };
