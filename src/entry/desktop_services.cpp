@@ -38,8 +38,8 @@ AppServices makeDesktopServices(std::shared_ptr<const LocalStore> store)
     const auto files = std::make_shared<AttachmentReader>(
         std::make_shared<PdfTextReader>(), std::make_shared<SVGRasterizer>());
     services.files = files;
-    const auto clipboard = std::make_shared<PlatformClipboard>(
-        QGuiApplication::clipboard(), files, services.scope);
+    const auto clipboard =
+        std::make_shared<PlatformClipboard>(QGuiApplication::clipboard(), files, services.scope);
     services.clipboard = clipboard;
     const auto desktop = std::make_shared<DesktopClipboard>(clipboard);
     services.clipboardText = desktop;

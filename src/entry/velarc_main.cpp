@@ -19,8 +19,8 @@ int main(int argc, char **argv)
     QGuiApplication::setDesktopFileName(u"com.tolmar.velarc"_s);
     QGuiApplication::setQuitOnLastWindowClosed(false);
 
-    // Destroyed from the last to the first: the window, then the runs, then the display, which hands
-    // what was copied over to the desktop.
+    // Destroyed from the last to the first: the window, then the runs, then the display, which
+    // hands what was copied over to the desktop.
     VelarcApp app(makeDesktopServices(openSharedStore()));
     MainWindow window(app.viewModel());
     QObject::connect(

@@ -2,8 +2,8 @@
 
 // What the window remembers of how it stood: its size, and whether the desktop was dark.
 //
-// It lies in a file of its own among the user's state, since it belongs to this machine's screen and
-// not to the program's data.
+// It lies in a file of its own among the user's state, since it belongs to this machine's screen
+// and not to the program's data.
 
 #include <QSize>
 #include <QString>

@@ -41,11 +41,11 @@ Card {
         focusPolicy: Qt.StrongFocus
         text: card.presenter.hasAction ? card.presenter.actionName : "Select an action"
         onClicked: card.presenter.openActionLibrary()
-        Keys.onReturnPressed: click()
+        Keys.onReturnPressed: row.clicked()
         Accessible.role: Accessible.Button
         Accessible.name: text
         Accessible.description: card.presenter.actionSummary
-        Accessible.onPressAction: click()
+        Accessible.onPressAction: row.clicked()
 
         contentItem: Item {
             IconTile {

@@ -1,4 +1,3 @@
-import QtQuick
 import Velarc
 
 // All actions, to find and manage.

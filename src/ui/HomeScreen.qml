@@ -89,32 +89,7 @@ FocusScope {
     Component {
         id: inputPhase
 
-        Column {
-            spacing: Theme.space4
-
-            ActionCard {
-                width: parent.width
-                visible: home.presenter.isNewRunExperience
-            }
-
-            ConnectionBanner {
-                width: parent.width
-                visible: home.presenter.isNewRunExperience && home.presenter.suggestedEngine !== ""
-            }
-
-            PinnedActionStrip {
-                width: parent.width
-                visible: !home.presenter.isNewRunExperience
-            }
-
-            InputCard {
-                width: parent.width
-            }
-
-            PrimaryActionBar {
-                width: parent.width
-            }
-        }
+        InputView {}
     }
 
     Component {

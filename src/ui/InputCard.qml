@@ -78,8 +78,8 @@ Card {
                 required fileName
                 required symbol
 
-                width: Math.min(implicitWidth, card.width - 2 * card.padding, 320)
-                onRemoved: card.presenter.removeAttachment(attachmentID)
+                width: Math.min(implicitWidth, (parent as Flow)?.width ?? 320, 320)
+                onRemoved: Screens.canvas.removeAttachment(attachmentID)
             }
         }
     }

@@ -1,4 +1,3 @@
-import QtQuick
 import Velarc
 
 // The small menu of the rest of the program.

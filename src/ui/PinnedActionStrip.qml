@@ -44,10 +44,10 @@ Column {
                 required symbol
                 required isSelected
 
-                width: Math.min(implicitWidth, strip.width, 280)
+                width: Math.min(implicitWidth, (parent as Flow)?.width ?? 280, 280)
                 text: name
                 symbolColor: colorHex
-                onClicked: strip.presenter.selectAction(actionID)
+                onClicked: Screens.home.selectAction(actionID)
             }
         }
     }

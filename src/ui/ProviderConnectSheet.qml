@@ -1,4 +1,3 @@
-import QtQuick
 import Velarc
 
 // Takes and verifies the key of an engine.

@@ -1,4 +1,3 @@
-import QtQuick
 import Velarc
 
 // What a run has left to see: a result with its commands, or an error with its remedies.

@@ -86,11 +86,11 @@ FocusScope {
             required property string colorHex
             required symbol
 
-            width: list.width
+            width: ListView.view?.width ?? 0
             text: name
             symbolColor: colorHex
-            isSelected: actionID === sidebar.presenter.selectedID
-            onClicked: sidebar.presenter.select(actionID)
+            isSelected: actionID === Screens.sidebar.selectedID
+            onClicked: Screens.sidebar.select(actionID)
         }
     }
 }

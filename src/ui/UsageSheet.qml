@@ -1,4 +1,3 @@
-import QtQuick
 import Velarc
 
 // The tokens of today.

@@ -32,8 +32,7 @@ class CanvasPresenter : public QObject
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Screens.canvas is the one")
-    Q_PROPERTY(
-        QString quickInput READ quickInput WRITE setQuickInput NOTIFY quickInputChanged)
+    Q_PROPERTY(QString quickInput READ quickInput WRITE setQuickInput NOTIFY quickInputChanged)
     Q_PROPERTY(velarc::RowModel *attachments READ attachments CONSTANT)
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
     Q_PROPERTY(QString pasteLabel READ pasteLabel NOTIFY optionsChanged)

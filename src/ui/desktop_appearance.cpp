@@ -62,8 +62,8 @@ DesktopAppearance::DesktopAppearance(
     applyScheme();
     qGuiApp->installEventFilter(this);
     QDBusConnection connection = bus;
-    connection.connect(kService, kPath, kInterface, u"SettingChanged"_s, this,
-        SLOT(noteChange(QDBusMessage)));
+    connection.connect(
+        kService, kPath, kInterface, u"SettingChanged"_s, this, SLOT(noteChange(QDBusMessage)));
     for (const Setting &setting : kSettings) {
         ask(bus, setting.space.toString(), setting.key.toString());
     }

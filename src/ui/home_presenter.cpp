@@ -81,8 +81,8 @@ void HomePresenter::refreshStrip()
     const auto &selectedID = m_viewModel.selectedActionID();
     QList<ActionChip> chips;
     for (const AIAction &action : stripActions(m_viewModel.actions())) {
-        chips.append({uuidText(action.id), action.name, action.icon,
-            displayColor(action.colorHex), action.id == selectedID});
+        chips.append({uuidText(action.id), action.name, action.icon, displayColor(action.colorHex),
+            action.id == selectedID});
     }
     m_strip.setRows(std::move(chips));
 }

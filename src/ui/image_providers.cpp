@@ -97,8 +97,9 @@ QImage glow(const QColor &color, int corner, int blur)
 QImage IconProvider::requestImage(const QString &id, QSize *size, const QSize &requestedSize)
 {
     const QStringList parts = id.split(u'/');
-    const QSize edge = requestedSize.isEmpty() ? QSize(kSymbolSize, kSymbolSize)
-                                               : requestedSize.boundedTo({kLargestEdge, kLargestEdge});
+    const QSize edge = requestedSize.isEmpty()
+        ? QSize(kSymbolSize, kSymbolSize)
+        : requestedSize.boundedTo({kLargestEdge, kLargestEdge});
     QImage picture = emptyPicture(edge);
     if (size != nullptr) {
         *size = edge;

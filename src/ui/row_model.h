@@ -46,15 +46,15 @@ public:
         return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
     }
 
-    // Shows `rows`. Those that stay at either end keep their items in the view; what lies between is
-    // replaced.
+    // Shows `rows`. Those that stay at either end keep their items in the view; what lies between
+    // is replaced.
     void setRows(QList<Row> rows)
     {
         const auto sameKey = [](const Row &left, const Row &right) {
             return left.key() == right.key();
         };
-        const auto [oldEnd, newEnd] = std::mismatch(
-            m_rows.cbegin(), m_rows.cend(), rows.cbegin(), rows.cend(), sameKey);
+        const auto [oldEnd, newEnd] =
+            std::mismatch(m_rows.cbegin(), m_rows.cend(), rows.cbegin(), rows.cend(), sameKey);
         const auto head = static_cast<int>(oldEnd - m_rows.cbegin());
         const auto longest = std::min(m_rows.size(), rows.size()) - head;
         const auto tail = static_cast<int>(

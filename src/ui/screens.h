@@ -1,6 +1,7 @@
 #pragma once
 
-// What the screens see of the program: a presenter for each, and how the desktop wants them to look.
+// What the screens see of the program: a presenter for each, and how the desktop wants them to
+// look.
 
 #include "ui/appearance.h"
 #include "ui/canvas_presenter.h"

@@ -9,7 +9,8 @@ ShellPresenter::ShellPresenter(AppViewModel &viewModel, QObject *parent)
 {
     using State = AppState;
     using Self = ShellPresenter;
-    const auto pass = [this, &viewModel](auto from, auto to) { connect(&viewModel, from, this, to); };
+    const auto pass = [this, &viewModel](
+                          auto from, auto to) { connect(&viewModel, from, this, to); };
     pass(&State::isMoreSheetPresentedChanged, &Self::isMoreSheetPresentedChanged);
     pass(&State::isStudioPresentedChanged, &Self::isStudioPresentedChanged);
     pass(&State::isInputModalPresentedChanged, &Self::isInputModalPresentedChanged);

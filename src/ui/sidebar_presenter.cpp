@@ -26,8 +26,8 @@ void appendRows(QList<SidebarRow> &rows, const QString &section, const QList<AIA
 QList<SidebarRow> sidebarRows(const QList<AIAction> &actions)
 {
     const QList<AIAction> shown = sortedForDisplay(visibleActions(actions));
-    const auto firstUnpinned = std::find_if(shown.begin(), shown.end(),
-        [](const AIAction &action) { return !action.isPinned; });
+    const auto firstUnpinned = std::find_if(
+        shown.begin(), shown.end(), [](const AIAction &action) { return !action.isPinned; });
     QList<SidebarRow> rows;
     rows.reserve(2 * shown.size());
     appendRows(rows, u"Quick Actions"_s, shown.first(firstUnpinned - shown.begin()));
@@ -40,8 +40,8 @@ SidebarPresenter::SidebarPresenter(AppViewModel &viewModel, QObject *parent)
 {
     const auto refresh = [this] { m_rows.setRows(sidebarRows(m_viewModel.actions())); };
     connect(&viewModel, &AppState::actionsChanged, this, refresh);
-    connect(&viewModel, &AppState::selectedActionIDChanged, this,
-        &SidebarPresenter::selectedIDChanged);
+    connect(
+        &viewModel, &AppState::selectedActionIDChanged, this, &SidebarPresenter::selectedIDChanged);
     refresh();
 }
 

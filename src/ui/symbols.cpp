@@ -142,8 +142,8 @@ QString iconFile(QStringView symbolName)
 
 QUrl SymbolImages::url(const QString &symbolName, const QColor &color)
 {
-    return QUrl(u"image://icon/"_s + iconFile(symbolName) + u'/'
-        + color.name(QColor::HexArgb).mid(1));
+    return QUrl(
+        u"image://icon/"_s + iconFile(symbolName) + u'/' + color.name(QColor::HexArgb).mid(1));
 }
 
 } // namespace velarc

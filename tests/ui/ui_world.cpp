@@ -15,8 +15,7 @@ namespace {
 void noteMessage(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
     if (type != QtDebugMsg && type != QtInfoMsg) {
-        WarningLog::lines().append(
-            QString::fromUtf8(context.category) + u": "_s + message);
+        WarningLog::lines().append(QString::fromUtf8(context.category) + u": "_s + message);
     }
 }
 
@@ -25,8 +24,8 @@ QQuickItem *findCalled(QQuickItem &item, const QString &name)
     if (!item.isVisible()) {
         return nullptr;
     }
-    if (QAccessibleInterface *face = QAccessible::queryAccessibleInterface(&item);
-        face != nullptr && !face->state().invisible && face->role() != QAccessible::Client
+    if (QAccessibleInterface *face = QAccessible::queryAccessibleInterface(&item); face != nullptr
+        && !face->state().invisible && face->role() != QAccessible::Client
         && face->text(QAccessible::Name) == name) {
         return &item;
     }

@@ -16,14 +16,14 @@ T.AbstractButton {
     rightPadding: Theme.space3
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
-    Keys.onReturnPressed: click()
+    Keys.onReturnPressed: row.clicked()
     Accessible.role: Accessible.CheckBox
     Accessible.name: title
     Accessible.description: subtitle
     Accessible.checkable: true
     Accessible.checked: isOn
-    Accessible.onPressAction: click()
-    Accessible.onToggleAction: click()
+    Accessible.onPressAction: row.clicked()
+    Accessible.onToggleAction: row.clicked()
 
     contentItem: Item {
         Column {

@@ -34,13 +34,13 @@ T.Button {
     font.weight: kind === Button.Prominent ? Font.DemiBold : Font.Medium
     opacity: enabled ? 1 : 0.5
 
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: button.clicked()
+    Keys.onEnterPressed: button.clicked()
 
     Accessible.role: Accessible.Button
     Accessible.name: accessibleName
     Accessible.description: shortcutText
-    Accessible.onPressAction: click()
+    Accessible.onPressAction: button.clicked()
 
     contentItem: IconLabel {
         symbol: button.symbol

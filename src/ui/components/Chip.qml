@@ -17,12 +17,12 @@ T.AbstractButton {
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
     opacity: enabled ? 1 : 0.5
-    Keys.onReturnPressed: click()
+    Keys.onReturnPressed: chip.clicked()
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.selectable: true
     Accessible.selected: isSelected
-    Accessible.onPressAction: click()
+    Accessible.onPressAction: chip.clicked()
 
     contentItem: IconLabel {
         symbol: chip.symbol

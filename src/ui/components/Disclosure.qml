@@ -26,12 +26,12 @@ Column {
         text: disclosure.title
         leftPadding: Theme.space1
         onClicked: disclosure.toggled()
-        Keys.onReturnPressed: click()
+        Keys.onReturnPressed: line.clicked()
         Accessible.role: Accessible.Button
         Accessible.name: text
         Accessible.checkable: true
         Accessible.checked: disclosure.isOpen
-        Accessible.onPressAction: click()
+        Accessible.onPressAction: line.clicked()
 
         contentItem: Row {
             spacing: Theme.space2

@@ -9,10 +9,12 @@ Image {
     property string symbol
     property color color: Theme.text
     property int size: Theme.symbolSize
+    readonly property int pixels: Math.ceil(size * Screen.devicePixelRatio)
 
     width: size
     height: size
-    sourceSize: Qt.size(size * Screen.devicePixelRatio, size * Screen.devicePixelRatio)
+    sourceSize.width: pixels
+    sourceSize.height: pixels
     source: symbol === "" ? "" : Symbols.url(symbol, color)
     fillMode: Image.PreserveAspectFit
     Accessible.ignored: true

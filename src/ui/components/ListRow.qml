@@ -22,7 +22,7 @@ T.ItemDelegate {
     Accessible.name: text
     Accessible.selectable: true
     Accessible.selected: isSelected
-    Accessible.onPressAction: click()
+    Accessible.onPressAction: row.clicked()
 
     contentItem: Item {
         Icon {

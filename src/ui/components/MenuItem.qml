@@ -19,7 +19,7 @@ T.MenuItem {
     hoverEnabled: true
     Accessible.role: Accessible.MenuItem
     Accessible.name: text
-    Accessible.onPressAction: click()
+    Accessible.onPressAction: item.triggered()
 
     contentItem: Item {
         Icon {

@@ -57,6 +57,7 @@ T.ComboBox {
         }
     }
 
+    // qmllint disable unqualified
     delegate: T.ItemDelegate {
         id: row
 
@@ -71,7 +72,7 @@ T.ComboBox {
         text: modelData
         Accessible.role: Accessible.ListItem
         Accessible.name: text
-        Accessible.onPressAction: click()
+        Accessible.onPressAction: row.clicked()
 
         contentItem: PickerRow {
             text: row.text
@@ -84,6 +85,7 @@ T.ComboBox {
             color: row.highlighted ? Theme.selection : "transparent"
         }
     }
+    // qmllint enable unqualified
 
     popup: T.Popup {
         y: picker.height + 4

@@ -41,6 +41,7 @@ FocusScope {
         width: picker.width - 6
         implicitWidth: widest * repeater.count
 
+        // qmllint disable unqualified
         Repeater {
             id: repeater
 
@@ -70,7 +71,7 @@ FocusScope {
                 Accessible.role: Accessible.RadioButton
                 Accessible.name: text
                 Accessible.checked: checked
-                Accessible.onPressAction: click()
+                Accessible.onPressAction: segment.clicked()
 
                 contentItem: Text {
                     id: label
@@ -101,6 +102,7 @@ FocusScope {
                 }
             }
         }
+        // qmllint enable unqualified
     }
 
     function step(by: int) {

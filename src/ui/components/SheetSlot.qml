@@ -32,10 +32,12 @@ Loader {
         }
     }
 
-    function unload() {
-        if (!presented) {
-            active = false;
-        }
+    // Not inside the sheet's own signal.
+    Timer {
+        id: unloading
+
+        interval: 0
+        onTriggered: slot.active = slot.presented
     }
 
     Connections {
@@ -49,7 +51,7 @@ Loader {
         }
 
         function onClosed() {
-            Qt.callLater(slot.unload);
+            unloading.start();
         }
     }
 }

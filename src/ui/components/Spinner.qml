@@ -14,6 +14,7 @@ Item {
     Accessible.role: Accessible.Indicator
     Accessible.name: "In progress"
 
+    // qmllint disable unqualified
     Repeater {
         model: 8
 
@@ -31,6 +32,7 @@ Item {
             antialiasing: true
         }
     }
+    // qmllint enable unqualified
 
     Timer {
         id: timer

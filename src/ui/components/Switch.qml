@@ -10,11 +10,11 @@ T.Switch {
     implicitHeight: Theme.hitArea
     hoverEnabled: true
     opacity: enabled ? 1 : 0.5
-    Keys.onReturnPressed: click()
+    Keys.onReturnPressed: control.clicked()
     Accessible.role: Accessible.CheckBox
     Accessible.name: text
-    Accessible.onPressAction: click()
-    Accessible.onToggleAction: click()
+    Accessible.onPressAction: control.clicked()
+    Accessible.onToggleAction: control.clicked()
 
     indicator: Rectangle {
         y: Math.round((control.height - height) / 2)

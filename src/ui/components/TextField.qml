@@ -39,8 +39,8 @@ T.TextField {
     Text {
         x: field.leftPadding
         y: field.topPadding
-        width: field.availableWidth
-        height: field.availableHeight
+        width: field.width - field.leftPadding - field.rightPadding
+        height: field.height - field.topPadding - field.bottomPadding
         visible: field.length === 0 && field.preeditText === ""
         text: field.placeholderText
         font: field.font

@@ -15,9 +15,11 @@ Loader {
     onWantedChanged: if (wanted) {
         active = true;
     }
+    // qmllint disable unqualified
     sourceComponent: Tip {
         parent: loader.control
         text: loader.shortcutText === "" ? loader.text : loader.text + "  " + loader.shortcutText
         wanted: loader.wanted
     }
+    // qmllint enable unqualified
 }
