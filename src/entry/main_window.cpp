@@ -1,6 +1,7 @@
 #include "entry/main_window.h"
 
 #include "run/app_view_model.h"
+#include "ui/desktop_sharing.h"
 
 #include <QEvent>
 #include <QQmlComponent>
@@ -34,7 +35,7 @@ void chooseRenderer()
 }
 
 MainWindow::MainWindow(AppViewModel &viewModel, QString statePath)
-    : m_statePath(std::move(statePath)), m_screens(viewModel), m_desktop(*m_screens.appearance())
+    : m_statePath(std::move(statePath)), m_screens(viewModel, std::make_shared<DesktopSharing>()), m_desktop(*m_screens.appearance())
 {
     m_screens.attachTo(m_engine);
     m_window = makeWindow(m_engine, loadWindowState(m_statePath).size.value_or(kDefaultSize));

@@ -6,7 +6,8 @@ Column {
     id: details
 
     readonly property ResultPresenter presenter: Screens.result
-    readonly property string tabLabel: presenter.debugTabLabels[presenter.debugTab]
+    readonly property list<string> tabLabels: ["Request", "Response", "Info"]
+    readonly property string tabLabel: tabLabels[presenter.debugTab]
 
     spacing: Theme.space3
 
@@ -42,7 +43,7 @@ Column {
     SegmentedPicker {
         width: parent.width
         title: "Debug Tab"
-        labels: details.presenter.debugTabLabels
+        labels: details.tabLabels
         currentIndex: details.presenter.debugTab
         onPicked: index => details.presenter.debugTab = index
     }
@@ -77,7 +78,7 @@ Column {
                 required name
                 required value
 
-                width: details.width
+                width: (parent as Column)?.width ?? 320
             }
         }
     }

@@ -61,13 +61,13 @@ Column {
                 width: parent.width
                 maximumHeight: 220
                 accessibleName: "Technical details"
-                text: view.presenter.technical
+                text: Screens.result.technical
             }
 
             Button {
                 symbol: "doc.on.doc"
                 text: "Copy Details"
-                onClicked: view.presenter.copyText(view.presenter.technical)
+                onClicked: Screens.result.copyText(Screens.result.technical)
             }
         }
     }

@@ -1,3 +1,4 @@
+import QtQuick
 import Velarc
 
 // What a run has left to see: a result with its commands, or an error with its remedies.
@@ -38,8 +39,8 @@ Card {
     Component {
         id: processing
 
-        Row {
-            spacing: Theme.space4
+        Item {
+            implicitHeight: Math.max(spinner.implicitHeight, steps.implicitHeight)
 
             Spinner {
                 id: spinner
@@ -48,7 +49,12 @@ Card {
             }
 
             Column {
-                width: parent.width - spinner.width - parent.spacing
+                id: steps
+
+                anchors.left: spinner.right
+                anchors.leftMargin: Theme.space4
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
                 spacing: Theme.space1
 
                 Label {
@@ -60,7 +66,7 @@ Card {
                 Label {
                     width: parent.width
                     secondary: true
-                    text: panel.presenter.step
+                    text: Screens.result.step
                 }
             }
         }

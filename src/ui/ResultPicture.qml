@@ -39,7 +39,7 @@ Item {
 
     Spinner {
         anchors.centerIn: parent
-        visible: !view.isBroken && view.presenter.picture.toString() === ""
+        visible: !view.isBroken && image.status !== Image.Ready
     }
 
     Label {

@@ -98,8 +98,8 @@ Column {
         id: text
 
         ReadingText {
-            text: view.presenter.text
-            lineLimit: view.presenter.isExpanded ? 0 : 6
+            text: Screens.result.text
+            lineLimit: Screens.result.isExpanded ? 0 : 6
         }
     }
 

@@ -5,8 +5,6 @@ import Velarc
 Button {
     id: control
 
-    readonly property SharePresenter presenter: Screens.share
-
     symbol: "square.and.arrow.up"
     text: "Share"
     Accessible.role: Accessible.ButtonMenu
@@ -29,37 +27,37 @@ Button {
             ShareItem {
                 text: "Save as…"
                 symbol: "folder"
-                onTriggered: control.presenter.saveAs()
+                onTriggered: Screens.share.saveAs()
             }
 
             ShareItem {
-                isOffered: control.presenter.canShowInFolder
+                isOffered: Screens.share.canShowInFolder
                 text: "Show in Folder"
                 symbol: "folder.fill"
-                onTriggered: control.presenter.showInFolder()
+                onTriggered: Screens.share.showInFolder()
             }
 
             ShareItem {
-                isOffered: control.presenter.canOpen
+                isOffered: Screens.share.canOpen
                 text: "Open with…"
                 symbol: "square.grid.2x2"
-                onTriggered: control.presenter.openWith()
+                onTriggered: Screens.share.openWith()
             }
 
             ShareItem {
-                isOffered: control.presenter.canMail
+                isOffered: Screens.share.canMail
                 text: "Send by mail…"
                 symbol: "envelope"
-                onTriggered: control.presenter.mail()
+                onTriggered: Screens.share.mail()
             }
         }
     }
 
     SheetSlot {
-        presented: control.presenter.isSaveSheetPresented
+        presented: Screens.share.isSaveSheetPresented
         sheet: Component {
             SaveSheet {}
         }
-        onDismissed: control.presenter.isSaveSheetPresented = false
+        onDismissed: Screens.share.isSaveSheetPresented = false
     }
 }

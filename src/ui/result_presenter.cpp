@@ -200,11 +200,6 @@ bool ResultPresenter::hasDebugInfo() const
     return m_viewModel.latestRunDebugInfo().has_value();
 }
 
-QStringList ResultPresenter::debugTabLabels() const
-{
-    return {u"Request"_s, u"Response"_s, u"Info"_s};
-}
-
 QString ResultPresenter::debugText() const
 {
     const auto &info = m_viewModel.latestRunDebugInfo();

@@ -48,7 +48,6 @@ class ResultPresenter : public QObject
     Q_PROPERTY(QString announcement READ announcement NOTIFY engineStateChanged)
     Q_PROPERTY(QString suggestedEngine READ suggestedEngine NOTIFY suggestedEngineChanged)
     Q_PROPERTY(bool hasDebugInfo READ hasDebugInfo NOTIFY debugInfoChanged)
-    Q_PROPERTY(QStringList debugTabLabels READ debugTabLabels CONSTANT)
     Q_PROPERTY(QString debugText READ debugText NOTIFY debugInfoChanged)
     Q_PROPERTY(velarc::RowModel *infoRows READ infoRows CONSTANT)
     Q_PROPERTY(bool isExpanded MEMBER m_isExpanded NOTIFY viewChanged)
@@ -100,7 +99,6 @@ public:
     [[nodiscard]] QString announcement() const; // for who does not see the screen
     [[nodiscard]] QString suggestedEngine() const; // its label; empty where none is suggested
     [[nodiscard]] bool hasDebugInfo() const;
-    [[nodiscard]] QStringList debugTabLabels() const;
     [[nodiscard]] QString debugText() const; // of the request or the response, by the tab
     [[nodiscard]] RowModel *infoRows() { return &m_infoRows; }
     [[nodiscard]] int debugTab() const { return m_debugTab; }

@@ -2,6 +2,7 @@
 
 #include "run/app_view_model.h"
 #include "ui/image_providers.h"
+#include "ui/sharing.h"
 
 #include <QQmlEngine>
 
@@ -19,10 +20,16 @@ constexpr const char *kScreensProperty = "velarcScreens";
 } // namespace
 
 Screens::Screens(AppViewModel &viewModel, QObject *parent)
+    : Screens(viewModel, noSharing(), parent)
+{
+}
+
+Screens::Screens(AppViewModel &viewModel, std::shared_ptr<Sharing> sharing, QObject *parent)
     : QObject(parent)
     , m_canvas(viewModel)
     , m_home(viewModel)
     , m_result(viewModel, m_picture)
+    , m_share(viewModel, std::move(sharing))
     , m_shell(viewModel)
     , m_sidebar(viewModel)
 {

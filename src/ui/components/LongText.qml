@@ -64,6 +64,7 @@ Item {
         id: menu
 
         active: false
+        // qmllint disable unqualified
         sourceComponent: Menu {
             MenuItem {
                 text: "Copy"
@@ -76,5 +77,6 @@ Item {
                 onTriggered: body.selectAll()
             }
         }
+        // qmllint enable unqualified
     }
 }

@@ -14,7 +14,7 @@ FocusScope {
     signal picked(int index)
 
     implicitHeight: Theme.controlHeight + 4
-    implicitWidth: row.implicitWidth + 6
+    implicitWidth: row.widest * labels.length + 6
     Accessible.role: Accessible.Grouping
     Accessible.name: title
 
@@ -39,7 +39,6 @@ FocusScope {
         x: 3
         y: 3
         width: picker.width - 6
-        implicitWidth: widest * repeater.count
 
         // qmllint disable unqualified
         Repeater {
