@@ -75,21 +75,35 @@ std::tm brokenDown(Instant instant, std::tm *(*convert)(const std::time_t *, std
     return parts;
 }
 
-} // namespace
+UDate toICU(Instant instant)
+{
+    const auto whole = std::chrono::floor<std::chrono::milliseconds>(instant);
+    return static_cast<UDate>(whole.time_since_epoch().count());
+}
 
-QString longDateShortTime(Instant instant)
+QString dateShortTime(Instant instant, icu::DateFormat::EStyle dateStyle)
 {
     const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createDateTimeInstance(
-        icu::DateFormat::kLong, icu::DateFormat::kShort, environmentLocale("LC_TIME")));
+        dateStyle, icu::DateFormat::kShort, environmentLocale("LC_TIME")));
     if (!format) {
         return iso8601(instant);
     }
     format->adoptTimeZone(icu::TimeZone::detectHostTimeZone());
-    const auto milliseconds =
-        std::chrono::floor<std::chrono::milliseconds>(instant).time_since_epoch();
     icu::UnicodeString text;
-    format->format(static_cast<UDate>(milliseconds.count()), text);
+    format->format(toICU(instant), text);
     return toQString(text);
+}
+
+} // namespace
+
+QString longDateShortTime(Instant instant)
+{
+    return dateShortTime(instant, icu::DateFormat::kLong);
+}
+
+QString mediumDateShortTime(Instant instant)
+{
+    return dateShortTime(instant, icu::DateFormat::kMedium);
 }
 
 QString localDayKey(Instant instant)
@@ -124,12 +138,6 @@ constexpr CalendarUnit kUnits[]{
     {UCAL_MINUTE, UDAT_REL_UNIT_MINUTE},
     {UCAL_SECOND, UDAT_REL_UNIT_SECOND},
 };
-
-UDate toICU(Instant instant)
-{
-    const auto whole = std::chrono::floor<std::chrono::milliseconds>(instant);
-    return static_cast<UDate>(whole.time_since_epoch().count());
-}
 
 struct Distance
 {

@@ -2,6 +2,7 @@
 
 #include "run/app_view_model.h"
 #include "ui/desktop_sharing.h"
+#include "ui/portal_file_chooser.h"
 
 #include <QEvent>
 #include <QQmlComponent>
@@ -35,7 +36,9 @@ void chooseRenderer()
 }
 
 MainWindow::MainWindow(AppViewModel &viewModel, QString statePath)
-    : m_statePath(std::move(statePath)), m_screens(viewModel, std::make_shared<DesktopSharing>()), m_desktop(*m_screens.appearance())
+    : m_statePath(std::move(statePath))
+    , m_screens(viewModel, std::make_shared<PortalFileChooser>(), std::make_shared<DesktopSharing>())
+    , m_desktop(*m_screens.appearance())
 {
     m_screens.attachTo(m_engine);
     m_window = makeWindow(m_engine, loadWindowState(m_statePath).size.value_or(kDefaultSize));

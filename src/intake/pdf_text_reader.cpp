@@ -8,14 +8,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The time of a document is that of the helper's own limit, doubled; one that is ended by a limit
-// has said nothing.
-bool wasEndedByALimit(const DocumentOutcome &outcome)
-{
-    return outcome.end == DocumentEnd::CutByBound
-        || (outcome.end == DocumentEnd::Failed && outcome.message.isEmpty());
-}
-
 QCoro::Task<PdfText> readPages(std::shared_ptr<DocumentProcess> process,
     std::chrono::milliseconds bound, QByteArray pdf, std::stop_token stop)
 {
@@ -23,7 +15,8 @@ QCoro::Task<PdfText> readPages(std::shared_ptr<DocumentProcess> process,
     const DocumentOutcome outcome = co_await process->run(std::move(job), stop);
     PdfText text;
     text.text = textOfPages(outcome.output);
-    text.isCut = wasEndedByALimit(outcome) && !outcome.output.isEmpty();
+    // Where pages came and the end was no good one, there would have been more.
+    text.isCut = outcome.end != DocumentEnd::Done && !outcome.output.isEmpty();
     co_return text;
 }
 

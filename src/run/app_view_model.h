@@ -84,6 +84,10 @@ public:
 
     Q_INVOKABLE void resetUsage() { m_usage->resetUsage(); }
 
+    // For the waits and the work of whoever shows this object.
+    [[nodiscard]] const std::shared_ptr<Clock> &clock() const { return m_services.clock; }
+    [[nodiscard]] const std::shared_ptr<TaskScope> &scope() const { return m_services.scope; }
+
 private:
     AppServices m_services;
     std::shared_ptr<ActionLibrary> m_library;

@@ -2,6 +2,75 @@ import Velarc
 
 // The editor of one action.
 Sheet {
+    id: sheet
+
+    readonly property StudioPresenter presenter: Screens.studio
+
     title: "Action Studio"
-    preferredWidth: 680
+    subtitle: "Design how this action thinks, runs, and returns output."
+    preferredWidth: 720
+    preferredHeight: 800
+    commands: IconButton {
+        symbol: "xmark.circle.fill"
+        tip: "Close"
+        shortcutText: "Esc"
+        onClicked: sheet.presenter.cancel()
+    }
+    onOpened: identity.start(presenter.isNew)
+
+    // What an input method still composes belongs to the draft.
+    function save() {
+        Qt.inputMethod.commit();
+        presenter.save();
+    }
+
+    FocusScope {
+        anchors.fill: parent
+        focus: true
+        Keys.onReturnPressed: sheet.save()
+        Keys.onEnterPressed: sheet.save()
+
+        ScrollArea {
+            anchors.fill: parent
+            padding: Theme.space5
+            spacing: Theme.space5
+
+            StudioIdentity {
+                id: identity
+
+                width: parent.width
+                focus: true
+            }
+
+            StudioModel {
+                width: parent.width
+            }
+
+            StudioPrompt {
+                width: parent.width
+            }
+
+            StudioOutput {
+                width: parent.width
+            }
+
+            StudioSkills {
+                width: parent.width
+            }
+        }
+    }
+
+    foot: [
+        Button {
+            text: "Cancel"
+            shortcutText: "Esc"
+            onClicked: sheet.presenter.cancel()
+        },
+        Button {
+            kind: Button.Prominent
+            text: "Save Action"
+            shortcutText: "Ctrl+Return"
+            onClicked: sheet.save()
+        }
+    ]
 }

@@ -1,19 +1,19 @@
 #include "ui/desktop_sharing.h"
 
-#include "base/async.h"
-#include "base/worker.h"
-#include "system_actions/portal_request.h"
+#include "system_actions/compose_service.h"
+#include "system_actions/uri_handler.h"
+#include "ui/portal_request.h"
 
 #include <QDBusMetaType>
+#include <QDBusPendingCallWatcher>
 #include <QDBusUnixFileDescriptor>
-#include <QDir>
+#include <QDBusVariant>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
 
 #include <fcntl.h>
-#include <unistd.h>
 
 #include <memory>
 #include <utility>
@@ -21,46 +21,107 @@
 namespace velarc {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
+const QString kPortal = u"org.freedesktop.portal.Desktop"_s;
+const QString kPortalPath = u"/org/freedesktop/portal/desktop"_s;
 const QString kOpenUri = u"org.freedesktop.portal.OpenURI"_s;
-const QString kFileChooser = u"org.freedesktop.portal.FileChooser"_s;
 const QString kEmail = u"org.freedesktop.portal.Email"_s;
 const QString kFileManager = u"org.freedesktop.FileManager1"_s;
 const QString kBus = u"org.freedesktop.DBus"_s;
 
-constexpr unsigned kVersionOfFolders = 3; // of OpenURI, which opens folders from there on
-constexpr unsigned kVersionOfAttachments = 3; // of Email, which takes descriptors from there on
-constexpr qsizetype kMostArgumentBytes = 100'000; // a program's arguments are bounded
+constexpr unsigned kVersionOfFolders = 3; // of OpenURI, which shows a file's folder from there on
+
+constexpr std::chrono::milliseconds kReplyBound = 10s; // the bus may have to start somebody first
 
 const QString kOpener = u"xdg-open"_s;
-const QString kMailer = u"xdg-email"_s;
-const QString kTypes = u"xdg-mime"_s;
 
-QString program(const QString &name)
+struct Reply
 {
-    return QStandardPaths::findExecutable(name);
-}
+    Wakeup wakeup;
+    QDBusMessage message;
+};
 
-ShareOutcome started(const QString &name, const QStringList &arguments)
+QCoro::Task<QDBusMessage> replyTo(QDBusMessage call, QDBusConnection bus, std::stop_token stop)
 {
-    const QString found = program(name);
-    return !found.isEmpty() && QProcess::startDetached(found, arguments) ? ShareOutcome::Done
-                                                                         : ShareOutcome::Failed;
-}
-
-ShareOutcome outcomeOf(PortalEnding ending)
-{
-    switch (ending) {
-    case PortalEnding::Done:
-        return ShareOutcome::Done;
-    case PortalEnding::Cancelled:
-        return ShareOutcome::Cancelled;
-    case PortalEnding::Failed:
-        return ShareOutcome::Failed;
+    throwIfStopped(stop);
+    const auto reply = std::make_shared<Reply>();
+    auto *watcher =
+        new QDBusPendingCallWatcher(bus.asyncCall(call, static_cast<int>(kReplyBound.count())));
+    QObject::connect(
+        watcher, &QDBusPendingCallWatcher::finished, [reply](QDBusPendingCallWatcher *finished) {
+            reply->message = finished->reply();
+            finished->deleteLater();
+            reply->wakeup.fire();
+        });
+    {
+        const std::stop_callback breakOff(
+            stop, [reply] { postToMainThread([reply] { reply->wakeup.fire(); }); });
+        co_await reply->wakeup;
     }
-    Q_UNREACHABLE();
+    throwIfStopped(stop);
+    co_return QDBusMessage(reply->message);
+}
+
+// 0 where nobody offers the interface.
+QCoro::Task<unsigned> versionOf(QString interface, QDBusConnection bus, std::stop_token stop)
+{
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        kPortal, kPortalPath, u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+    call.setArguments({interface, u"version"_s});
+    const QDBusMessage reply = co_await replyTo(call, bus, std::move(stop));
+    co_return reply.type() == QDBusMessage::ReplyMessage
+        ? reply.arguments().value(0).value<QDBusVariant>().variant().toUInt()
+        : 0U;
+}
+
+// Whether somebody owns the name or the bus would start them.
+QCoro::Task<bool> isOnBus(QString name, QDBusConnection bus, std::stop_token stop)
+{
+    for (const QString &method : {u"ListNames"_s, u"ListActivatableNames"_s}) {
+        const QDBusMessage call =
+            QDBusMessage::createMethodCall(kBus, u"/org/freedesktop/DBus"_s, kBus, method);
+        const QDBusMessage reply = co_await replyTo(call, bus, stop);
+        if (reply.arguments().value(0).toStringList().contains(name)) {
+            co_return true;
+        }
+    }
+    co_return false;
+}
+
+struct PortalCall
+{
+    QString interface;
+    QString method;
+    QVariantList arguments; // between the window and the options
+    QVariantMap options;
+};
+
+// Waits for as long as the user takes.
+QCoro::Task<ShareOutcome> ask(PortalCall asked, QDBusConnection bus, std::stop_token stop)
+{
+    constexpr uint kGranted = 0;
+    constexpr uint kRefused = 1;
+    throwIfStopped(stop);
+    const auto request = std::make_shared<PortalRequest>(bus);
+    asked.options.insert(u"handle_token"_s, request->token());
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(kPortal, kPortalPath, asked.interface, asked.method);
+    const QString noWindow;
+    call.setArguments(QVariantList{noWindow} + asked.arguments + QVariantList{asked.options});
+    {
+        const std::stop_callback breakOff(
+            stop, [request] { postToMainThread([request] { request->close(); }); });
+        request->call(call);
+        co_await request->done();
+    }
+    throwIfStopped(stop);
+    const auto &answer = request->answer();
+    co_return answer && answer->response == kGranted ? ShareOutcome::Done
+        : answer && answer->response == kRefused     ? ShareOutcome::Cancelled
+                                                     : ShareOutcome::Failed;
 }
 
 // Invalid where the file cannot be opened.
@@ -75,104 +136,79 @@ QDBusUnixFileDescriptor descriptorOf(const QUrl &file)
     return descriptor;
 }
 
-// Whether somebody owns the name or the bus would start them.
-QCoro::Task<bool> isOnBus(QString name, QDBusConnection bus, std::stop_token stop)
+QCoro::Task<ShareOutcome> askAbout(
+    QUrl file, PortalCall asked, QDBusConnection bus, std::stop_token stop)
 {
-    for (const QString &method : {u"ListNames"_s, u"ListActivatableNames"_s}) {
-        const QDBusMessage call =
-            QDBusMessage::createMethodCall(kBus, u"/org/freedesktop/DBus"_s, kBus, method);
-        const QDBusMessage reply = co_await busReply(call, bus, stop);
-        if (reply.arguments().value(0).toStringList().contains(name)) {
-            co_return true;
-        }
+    const QDBusUnixFileDescriptor descriptor = descriptorOf(file);
+    if (!descriptor.isValid()) {
+        co_return ShareOutcome::Failed;
     }
-    co_return false;
+    asked.arguments = {QVariant::fromValue(descriptor)};
+    co_return co_await ask(std::move(asked), std::move(bus), std::move(stop));
 }
 
-// What a program prints; empty if it fails or takes too long.
-QCoro::Task<QByteArray> printedBy(QString name, QStringList arguments, std::stop_token stop)
+QString opener()
 {
-    throwIfStopped(stop);
-    const auto process = std::make_shared<QProcess>();
-    const auto ended = std::make_shared<Wakeup>();
-    QObject::connect(process.get(), &QProcess::finished, [ended] { ended->fire(); });
-    QObject::connect(process.get(), &QProcess::errorOccurred, [ended] { ended->fire(); });
-    process->start(program(name), arguments, QIODevice::ReadOnly);
-    {
-        const std::stop_callback breakOff(
-            stop, [ended] { postToMainThread([ended] { ended->fire(); }); });
-        co_await *ended;
-    }
-    // Its own signals are being delivered: it goes from the event loop.
-    postToMainThread([process] { process->kill(); });
-    throwIfStopped(stop);
-    co_return process->readAllStandardOutput().trimmed();
+    return QStandardPaths::findExecutable(kOpener);
 }
 
-QCoro::Task<bool> hasMailProgram(std::stop_token stop)
+ShareOutcome openDirectly(const QString &path)
 {
-    if (program(kMailer).isEmpty() || program(kTypes).isEmpty()) {
-        co_return false;
-    }
-    const QStringList arguments{u"query"_s, u"default"_s, u"x-scheme-handler/mailto"_s};
-    const QByteArray name = co_await printedBy(kTypes, arguments, std::move(stop));
-    co_return !name.isEmpty();
+    const QString program = opener();
+    return !program.isEmpty() && QProcess::startDetached(program, {path}) ? ShareOutcome::Done
+                                                                          : ShareOutcome::Failed;
 }
 
-QCoro::Task<ShareOutcome> mailThroughPortal(
-    SharedMail mail, QDBusConnection bus, std::stop_token stop)
+QCoro::Task<ShareOutcome> mailText(QString text, std::stop_token stop)
 {
-    PortalQuestion question;
-    question.interface = kEmail;
-    question.method = u"ComposeEmail"_s;
-    question.arguments = {QString()};
-    if (mail.file) {
-        const QDBusUnixFileDescriptor descriptor = descriptorOf(*mail.file);
-        if (!descriptor.isValid()) {
-            co_return ShareOutcome::Failed;
-        }
-        question.options.insert(u"attachment_fds"_s,
-            QVariant::fromValue(QList<QDBusUnixFileDescriptor>{descriptor}));
-        question.options.insert(u"subject"_s, mail.file->fileName());
-    } else {
-        question.options.insert(u"body"_s, mail.text.remove(QChar(u'\0'))); // the bus takes none
-    }
-    const PortalAnswer answer =
-        co_await askPortal(std::move(question), std::move(bus), std::move(stop));
-    co_return outcomeOf(answer.ending);
+    ComposeDraft draft;
+    draft.body = std::move(text);
+    CommunicationComposeService service;
+    const ComposeOutcome outcome =
+        co_await service.composeMail(std::move(draft), std::move(stop));
+    co_return outcome == ComposeOutcome::Closed ? ShareOutcome::Cancelled : ShareOutcome::Done;
 }
 
-ShareOutcome mailThroughProgram(const SharedMail &mail)
+QCoro::Task<ShareOutcome> mailFile(QUrl file, QDBusConnection bus, std::stop_token stop)
 {
-    if (mail.file) {
-        return started(kMailer, {u"--attach"_s, mail.file->toLocalFile()});
+    qDBusRegisterMetaType<QList<QDBusUnixFileDescriptor>>();
+    const QDBusUnixFileDescriptor descriptor = descriptorOf(file);
+    if (!descriptor.isValid()) {
+        co_return ShareOutcome::Failed;
     }
-    if (mail.text.toUtf8().size() > kMostArgumentBytes) {
-        return ShareOutcome::Failed;
-    }
-    return started(kMailer, {u"--utf8"_s, u"--body"_s, mail.text});
+    const QList<QDBusUnixFileDescriptor> attachments{descriptor};
+    PortalCall asked;
+    asked.interface = kEmail;
+    asked.method = u"ComposeEmail"_s;
+    asked.options = {{u"subject"_s, file.fileName()},
+        {u"attachment_fds"_s, QVariant::fromValue(attachments)}};
+    co_return co_await ask(std::move(asked), std::move(bus), std::move(stop));
 }
 
 } // namespace
 
 QCoro::Task<SharingMeans> DesktopSharing::means(std::stop_token stop)
 {
-    SharingMeans means;
-    means.opens = !program(kOpener).isEmpty();
-    means.showsInFolder = means.opens;
     const QDBusConnection bus = m_bus;
+    const std::shared_ptr<SerialWorker> worker = m_worker;
+    SharingMeans means;
     if (bus.isConnected()) {
-        const unsigned opening = co_await portalVersion(kOpenUri, bus, stop);
-        const unsigned choosing = co_await portalVersion(kFileChooser, bus, stop);
-        const unsigned mailing = co_await portalVersion(kEmail, bus, stop);
-        means.opens = means.opens || opening > 0;
-        means.showsInFolder = means.showsInFolder || opening >= kVersionOfFolders
-            || co_await isOnBus(kFileManager, bus, stop);
-        means.asksWhereToSave = choosing > 0;
-        means.mails = mailing >= kVersionOfAttachments;
+        const unsigned opening = co_await versionOf(kOpenUri, bus, stop);
+        const unsigned mailing = co_await versionOf(kEmail, bus, stop);
+        means.opens = opening > 0;
+        means.showsInFolder =
+            opening >= kVersionOfFolders || co_await isOnBus(kFileManager, bus, stop);
+        means.mailsTexts = mailing > 0;
+        means.mailsFiles = mailing > 0;
     }
-    if (!means.mails) {
-        means.mails = co_await hasMailProgram(stop);
+    const bool canOpenDirectly = !opener().isEmpty();
+    means.opens = means.opens || canOpenDirectly;
+    means.showsInFolder = means.showsInFolder || canOpenDirectly;
+    if (!means.mailsTexts) {
+        auto look = [](const std::stop_token &) {
+            return UriHandler::forScheme("mailto").has_value();
+        };
+        means.mailsTexts = co_await worker->run(std::move(look), stop);
     }
     co_return SharingMeans(means);
 }
@@ -180,24 +216,18 @@ QCoro::Task<SharingMeans> DesktopSharing::means(std::stop_token stop)
 QCoro::Task<ShareOutcome> DesktopSharing::open(QUrl file, OpenChoice choice, std::stop_token stop)
 {
     const QDBusConnection bus = m_bus;
-    const unsigned version =
-        bus.isConnected() ? co_await portalVersion(kOpenUri, bus, stop) : 0U;
+    const unsigned version = bus.isConnected() ? co_await versionOf(kOpenUri, bus, stop) : 0U;
     if (version == 0) {
-        co_return started(kOpener, {file.toLocalFile()});
+        co_return openDirectly(file.toLocalFile());
     }
-    const QDBusUnixFileDescriptor descriptor = descriptorOf(file);
-    if (!descriptor.isValid()) {
-        co_return ShareOutcome::Failed;
-    }
-    PortalQuestion question;
-    question.interface = kOpenUri;
-    question.method = u"OpenFile"_s;
-    question.arguments = {QString(), QVariant::fromValue(descriptor)};
-    question.options = {{u"ask"_s, choice == OpenChoice::Asked}};
-    const PortalAnswer answer = co_await askPortal(std::move(question), bus, stop);
-    co_return outcomeOf(answer.ending);
+    PortalCall asked;
+    asked.interface = kOpenUri;
+    asked.method = u"OpenFile"_s;
+    asked.options = {{u"ask"_s, choice == OpenChoice::Asked}};
+    co_return co_await askAbout(std::move(file), std::move(asked), bus, std::move(stop));
 }
 
+// The file manager can mark the file; the portal at least shows where it lies.
 QCoro::Task<ShareOutcome> DesktopSharing::showInFolder(QUrl file, std::stop_token stop)
 {
     const QDBusConnection bus = m_bus;
@@ -205,81 +235,27 @@ QCoro::Task<ShareOutcome> DesktopSharing::showInFolder(QUrl file, std::stop_toke
         QDBusMessage call = QDBusMessage::createMethodCall(
             kFileManager, u"/org/freedesktop/FileManager1"_s, kFileManager, u"ShowItems"_s);
         call.setArguments({QStringList{file.toString(QUrl::FullyEncoded)}, QString()});
-        const QDBusMessage reply = co_await busReply(call, bus, stop);
+        const QDBusMessage reply = co_await replyTo(call, bus, stop);
         if (reply.type() == QDBusMessage::ReplyMessage) {
             co_return ShareOutcome::Done;
         }
-        const unsigned version = co_await portalVersion(kOpenUri, bus, stop);
-        const QDBusUnixFileDescriptor descriptor = descriptorOf(file);
-        if (version >= kVersionOfFolders && descriptor.isValid()) {
-            PortalQuestion question;
-            question.interface = kOpenUri;
-            question.method = u"OpenDirectory"_s;
-            question.arguments = {QString(), QVariant::fromValue(descriptor)};
-            const PortalAnswer answer = co_await askPortal(std::move(question), bus, stop);
-            co_return outcomeOf(answer.ending);
+        const unsigned version = co_await versionOf(kOpenUri, bus, stop);
+        if (version >= kVersionOfFolders) {
+            PortalCall asked;
+            asked.interface = kOpenUri;
+            asked.method = u"OpenDirectory"_s;
+            co_return co_await askAbout(std::move(file), std::move(asked), bus, std::move(stop));
         }
     }
-    co_return started(kOpener, {QFileInfo(file.toLocalFile()).path()});
+    co_return openDirectly(QFileInfo(file.toLocalFile()).path());
 }
 
 QCoro::Task<ShareOutcome> DesktopSharing::mail(SharedMail mail, std::stop_token stop)
 {
-    qDBusRegisterMetaType<QList<QDBusUnixFileDescriptor>>();
-    const QDBusConnection bus = m_bus;
-    const unsigned version = bus.isConnected() ? co_await portalVersion(kEmail, bus, stop) : 0U;
-    if (version < kVersionOfAttachments) {
-        co_return mailThroughProgram(mail);
+    if (mail.file) {
+        return mailFile(*mail.file, m_bus, std::move(stop));
     }
-    co_return co_await mailThroughPortal(std::move(mail), bus, std::move(stop));
-}
-
-QCoro::Task<SaveChoice> DesktopSharing::askWhereToSave(QString name, std::stop_token stop)
-{
-    PortalQuestion question;
-    question.interface = kFileChooser;
-    question.method = u"SaveFile"_s;
-    question.arguments = {QString(), u"Save Result"_s};
-    question.options = {{u"current_name"_s, name}};
-    const PortalAnswer answer =
-        co_await askPortal(std::move(question), m_bus, std::move(stop));
-    SaveChoice choice;
-    choice.file = QUrl(answer.results.value(u"uris"_s).toStringList().value(0));
-    choice.outcome = answer.ending == PortalEnding::Done && !choice.file.isLocalFile()
-        ? ShareOutcome::Failed
-        : outcomeOf(answer.ending);
-    co_return SaveChoice(choice);
-}
-
-namespace {
-
-class NoSharing final : public Sharing
-{
-public:
-    QCoro::Task<SharingMeans> means(std::stop_token) override { co_return SharingMeans(); }
-    QCoro::Task<ShareOutcome> open(QUrl, OpenChoice, std::stop_token) override
-    {
-        co_return ShareOutcome::Failed;
-    }
-    QCoro::Task<ShareOutcome> showInFolder(QUrl, std::stop_token) override
-    {
-        co_return ShareOutcome::Failed;
-    }
-    QCoro::Task<ShareOutcome> mail(SharedMail, std::stop_token) override
-    {
-        co_return ShareOutcome::Failed;
-    }
-    QCoro::Task<SaveChoice> askWhereToSave(QString, std::stop_token) override
-    {
-        co_return SaveChoice();
-    }
-};
-
-} // namespace
-
-std::shared_ptr<Sharing> noSharing()
-{
-    return std::make_shared<NoSharing>();
+    return mailText(std::move(mail.text), std::move(stop));
 }
 
 } // namespace velarc

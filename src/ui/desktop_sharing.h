@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/worker.h"
 #include "ui/sharing.h"
 
 #include <QDBusConnection>
@@ -7,7 +8,7 @@
 namespace velarc {
 
 // Through the desktop's portal and its file manager where they are on the bus, else through the
-// programs of xdg-utils where they are installed.
+// program that opens files by their kinds, and the one that is registered for mails.
 class DesktopSharing final : public Sharing
 {
 public:
@@ -21,11 +22,10 @@ public:
         QUrl file, OpenChoice choice, std::stop_token stop) override;
     [[nodiscard]] QCoro::Task<ShareOutcome> showInFolder(QUrl file, std::stop_token stop) override;
     [[nodiscard]] QCoro::Task<ShareOutcome> mail(SharedMail mail, std::stop_token stop) override;
-    [[nodiscard]] QCoro::Task<SaveChoice> askWhereToSave(
-        QString name, std::stop_token stop) override;
 
 private:
     QDBusConnection m_bus;
+    std::shared_ptr<SerialWorker> m_worker = std::make_shared<SerialWorker>();
 };
 
 } // namespace velarc

@@ -2,7 +2,6 @@
 
 #include "run/app_view_model.h"
 #include "ui/image_providers.h"
-#include "ui/sharing.h"
 
 #include <QQmlEngine>
 
@@ -19,17 +18,18 @@ constexpr const char *kScreensProperty = "velarcScreens";
 
 } // namespace
 
-Screens::Screens(AppViewModel &viewModel, QObject *parent)
-    : Screens(viewModel, noSharing(), parent)
-{
-}
-
-Screens::Screens(AppViewModel &viewModel, std::shared_ptr<Sharing> sharing, QObject *parent)
+Screens::Screens(AppViewModel &viewModel, std::shared_ptr<FileChoosing> files,
+    std::shared_ptr<Sharing> sharing, QObject *parent)
     : QObject(parent)
     , m_canvas(viewModel)
     , m_home(viewModel)
+    , m_library(viewModel)
+    , m_more(viewModel)
     , m_result(viewModel, m_picture)
-    , m_share(viewModel, std::move(sharing))
+    , m_share(viewModel, files, std::move(sharing))
+    , m_studio(viewModel)
+    , m_transfer(viewModel, std::move(files))
+    , m_usage(viewModel)
     , m_shell(viewModel)
     , m_sidebar(viewModel)
 {

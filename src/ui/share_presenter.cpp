@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "base/worker.h"
 #include "run/app_view_model.h"
+#include "ui/file_chooser.h"
 #include "ui/saved_file.h"
 #include "ui/sharing.h"
 
@@ -22,6 +23,7 @@ struct SharePresenter::Members
     QPointer<SharePresenter> self; // null once the presenter has gone
     AppViewModel *viewModel = nullptr; // outlives the presenter
     std::shared_ptr<Sharing> sharing;
+    std::shared_ptr<FileChoosing> dialogs;
     SerialWorker files; // writes what is saved
     std::stop_source stop; // of everything about the shown result
     std::optional<ResultPayload> payload;
@@ -55,8 +57,10 @@ using Way = QCoro::Task<ShareOutcome> (*)(Handle, std::stop_token);
 QCoro::Task<void> findOut(Handle members, TaskScope::Ticket /*membership*/, std::stop_token stop)
 {
     try {
-        members->means = co_await members->sharing->means(stop);
-        throwIfStopped(stop);
+        if (members->sharing) {
+            members->means = co_await members->sharing->means(stop);
+            throwIfStopped(stop);
+        }
         if (!std::holds_alternative<TextPayload>(*members->payload)) {
             members->file = co_await members->viewModel->shareableFileURL(stop);
             throwIfStopped(stop);
@@ -118,6 +122,9 @@ QCoro::Task<void> take(Handle members, TaskScope::Ticket /*membership*/, Way way
         const ShareOutcome outcome = co_await way(members, stop);
         throwIfStopped(stop);
         members->tell(outcome == ShareOutcome::Failed ? apology : QString());
+    } catch (const UserFacingError &failure) {
+        throwIfStopped(stop);
+        members->tell(failure.message());
     } catch (const CancellationError &) {
         // Another result has taken its place.
     }
@@ -180,16 +187,17 @@ QCoro::Task<void> saveWhereAsked(
 {
     try {
         QString name = suggestedFileName(*members->payload);
-        const SaveChoice choice = co_await members->sharing->askWhereToSave(name, stop);
+        FileWish wish{FileWish::Purpose::Save, u"Save Result"_s, u"Save"_s, name};
+        const FileChoice choice = co_await members->dialogs->choose(std::move(wish), stop);
         throwIfStopped(stop);
-        if (choice.outcome == ShareOutcome::Cancelled) {
+        if (choice.outcome == FileChoice::Outcome::Dismissed) {
             co_return;
         }
-        if (choice.outcome == ShareOutcome::Failed) {
+        if (choice.outcome == FileChoice::Outcome::NoDialog) {
             showSaveSheet(*members);
             co_return;
         }
-        const QString path = choice.file.toLocalFile();
+        const QString path = choice.path;
         const SaveReport report = co_await written(members, path, Existing::Replaced, stop);
         throwIfStopped(stop);
         members->tell(report.ending == SaveEnding::Saved
@@ -217,12 +225,13 @@ void takeWay(const Handle &members, Way way, QString apology)
 
 } // namespace
 
-SharePresenter::SharePresenter(
-    AppViewModel &viewModel, std::shared_ptr<Sharing> sharing, QObject *parent)
+SharePresenter::SharePresenter(AppViewModel &viewModel, std::shared_ptr<FileChoosing> files,
+    std::shared_ptr<Sharing> sharing, QObject *parent)
     : QObject(parent), m_members(std::make_shared<Members>())
 {
     m_members->self = this;
     m_members->viewModel = &viewModel;
+    m_members->dialogs = std::move(files);
     m_members->sharing = std::move(sharing);
     connect(&viewModel, &AppState::engineStateChanged, this, &SharePresenter::followResult);
     followResult();
@@ -268,7 +277,9 @@ bool SharePresenter::canShowInFolder() const
 
 bool SharePresenter::canMail() const
 {
-    return m_members->means.mails && isOffered();
+    const bool isText =
+        m_members->payload && std::holds_alternative<TextPayload>(*m_members->payload);
+    return isOffered() && (isText ? m_members->means.mailsTexts : m_members->means.mailsFiles);
 }
 
 QString SharePresenter::notice() const
@@ -338,7 +349,7 @@ void SharePresenter::saveAs()
     if (!members.payload) {
         return;
     }
-    if (!members.means.asksWhereToSave) {
+    if (!members.dialogs) {
         showSaveSheet(members);
         return;
     }

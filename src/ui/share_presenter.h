@@ -10,6 +10,7 @@
 namespace velarc {
 
 class AppViewModel;
+class FileChoosing;
 class Sharing;
 
 class SharePresenter : public QObject
@@ -32,8 +33,9 @@ class SharePresenter : public QObject
     Q_PROPERTY(bool replacesFile READ replacesFile NOTIFY saveSheetChanged)
 
 public:
-    SharePresenter(
-        AppViewModel &viewModel, std::shared_ptr<Sharing> sharing, QObject *parent = nullptr);
+    // Either of the two may be missing.
+    SharePresenter(AppViewModel &viewModel, std::shared_ptr<FileChoosing> files,
+        std::shared_ptr<Sharing> sharing, QObject *parent = nullptr);
     ~SharePresenter() override;
 
     [[nodiscard]] bool isOffered() const;

@@ -1,13 +1,11 @@
 #pragma once
 
-// Handing a result on: to another program, to the file manager, to a mail, to a file of the user's
-// choice.
+// Handing a result on: to another program, to the file manager, to a mail.
 
 #include <QCoroTask>
 #include <QString>
 #include <QUrl>
 
-#include <memory>
 #include <optional>
 #include <stop_token>
 
@@ -18,8 +16,8 @@ struct SharingMeans
 {
     bool opens = false; // files in other programs
     bool showsInFolder = false;
-    bool mails = false;
-    bool asksWhereToSave = false; // with a dialog of its own
+    bool mailsTexts = false;
+    bool mailsFiles = false;
 
     friend bool operator==(const SharingMeans &, const SharingMeans &) = default;
 };
@@ -44,14 +42,9 @@ struct SharedMail
     std::optional<QUrl> file;
 };
 
-struct SaveChoice
-{
-    ShareOutcome outcome = ShareOutcome::Failed;
-    QUrl file;
-};
-
 // Main thread only; never blocks.
 //
+// Errors:   a UserFacingError brings its own sentence.
 // Stop:     CancellationError, from the event loop; a window that opens by then stays.
 // Lifetime: it need not outlive its tasks.
 class Sharing
@@ -71,11 +64,6 @@ public:
         QUrl file, std::stop_token stop) = 0;
     [[nodiscard]] virtual QCoro::Task<ShareOutcome> mail(
         SharedMail mail, std::stop_token stop) = 0;
-    [[nodiscard]] virtual QCoro::Task<SaveChoice> askWhereToSave(
-        QString name, std::stop_token stop) = 0;
 };
-
-// Where there is no desktop to hand anything to.
-[[nodiscard]] std::shared_ptr<Sharing> noSharing();
 
 } // namespace velarc

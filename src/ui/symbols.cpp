@@ -140,6 +140,15 @@ QString iconFile(QStringView symbolName)
     return symbol == nullptr ? u"shapes"_s : QString::fromLatin1(symbol->file);
 }
 
+QStringList knownSymbols()
+{
+    QStringList names;
+    for (const Symbol &symbol : kSymbols) {
+        names.append(QStringView(symbol.name).toString());
+    }
+    return names;
+}
+
 QUrl SymbolImages::url(const QString &symbolName, const QColor &color)
 {
     return QUrl(

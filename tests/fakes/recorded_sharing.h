@@ -3,6 +3,7 @@
 // A desktop that takes what is shared, and answers as a test wants it.
 
 #include "fakes/gate.h"
+#include "ui/file_chooser.h"
 #include "ui/sharing.h"
 
 #include <QList>
@@ -13,13 +14,12 @@ class RecordedSharing final : public Sharing
 {
 public:
     Gate gate;
-    SharingMeans offered{true, true, true, false};
+    SharingMeans offered{true, true, true, true};
     ShareOutcome outcome = ShareOutcome::Done;
-    SaveChoice choice;
+    std::optional<QString> sentence; // of a failure that brings one
     QList<std::pair<QUrl, OpenChoice>> opened;
     QList<QUrl> shown;
     QList<SharedMail> mails;
-    QStringList names; // that were suggested for saving
 
     [[nodiscard]] QCoro::Task<SharingMeans> means(std::stop_token stop) override
     {
@@ -43,14 +43,24 @@ public:
     {
         mails.append(mail);
         co_await gate.pass(stop);
+        if (sentence) {
+            throw UserFacingError(*sentence);
+        }
         co_return ShareOutcome(outcome);
     }
-    [[nodiscard]] QCoro::Task<SaveChoice> askWhereToSave(
-        QString name, std::stop_token stop) override
+};
+
+// A dialog that the user answers as a test wants it.
+class RecordedDialog final : public FileChoosing
+{
+public:
+    FileChoice choice;
+    QStringList names; // that were suggested
+
+    [[nodiscard]] QCoro::Task<FileChoice> choose(FileWish wish, std::stop_token) override
     {
-        names.append(name);
-        co_await gate.pass(stop);
-        co_return SaveChoice(choice);
+        names.append(wish.suggestedName);
+        co_return FileChoice(choice);
     }
 };
 

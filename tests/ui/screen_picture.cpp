@@ -4,6 +4,11 @@
 
 #include "ui_world.h"
 
+#include "actions/action_json.h"
+#include "support/wait_until.h"
+
+#include <QDir>
+#include <QFile>
 #include <QGuiApplication>
 #include <QTextStream>
 
@@ -59,6 +64,87 @@ const std::map<QString, PictureWorld::Scene> &PictureWorld::scenes()
             }},
         {u"more"_s, [](World &world) { world.viewModel->setIsMoreSheetPresented(true); }},
         {u"studio"_s, [](World &world) { world.viewModel->library().newAction(); }},
+        {u"studio-long"_s,
+            [](World &world) {
+                AIAction action = builtInActions().constFirst();
+                action.name = u"An action whose name is much longer than any field of it is "_s.repeated(3);
+                action.icon = u"bolt"_s;
+                action.provider = AIProvider::Gemini;
+                action.systemPrompt = u"A line of the prompt that is rather long. {User_Input}\n"_s.repeated(40);
+                action.skills = {u"email-drafting"_s, u"a-tag-of-many-words-"_s.repeated(8)};
+                world.viewModel->library().editAction(action);
+            }},
+        {u"studio-symbols"_s,
+            [](World &world) {
+                world.viewModel->library().newAction();
+                world.settle();
+                world.press(Qt::Key_Tab);
+                world.press(Qt::Key_A, Qt::ControlModifier);
+                world.type(u"cal"_s);
+                world.press(Qt::Key_Down);
+            }},
+        {u"studio-end"_s,
+            [](World &world) {
+                world.viewModel->library().editAction(world.actionNamed(u"Invoice Follow-Up Message"_s));
+                world.settle();
+                world.itemCalled(u"Destination"_s)->forceActiveFocus(Qt::TabFocusReason);
+                world.settle();
+                world.press(Qt::Key_Space);
+            }},
+        {u"library-search"_s,
+            [](World &world) {
+                world.viewModel->setIsActionLibraryPresented(true);
+                world.settle();
+                world.type(u"invoice"_s);
+                world.press(Qt::Key_Down);
+                world.press(Qt::Key_Menu);
+            }},
+        {u"library-none"_s,
+            [](World &world) {
+                world.viewModel->setIsActionLibraryPresented(true);
+                world.settle();
+                world.type(u"zebra"_s);
+            }},
+        {u"library-deleted"_s,
+            [](World &world) {
+                AIAction action = world.viewModel->actions().at(2);
+                action.name = u"An action whose name is much longer than any row of it is "_s.repeated(3);
+                world.viewModel->library().importActions({action});
+                world.viewModel->setIsActionLibraryPresented(true);
+                world.viewModel->library().togglePin(action.id);
+                world.viewModel->library().selectAction(action.id);
+                world.viewModel->library().deleteAction(world.viewModel->actions().at(5));
+                world.screens->transfer()->importDropped({});
+            }},
+        {u"library-preview"_s,
+            [](World &world) {
+                world.viewModel->setIsActionLibraryPresented(true);
+                QFile file(QDir::tempPath() + u"/velarc-picture.json"_s);
+                AIAction other = world.viewModel->actions().at(0);
+                other.colorHex = u"DC2626"_s;
+                AIAction fresh = world.viewModel->actions().at(1);
+                fresh.id = QUuid::createUuid();
+                if (file.open(QIODevice::WriteOnly)) {
+                    file.write(writeActions({other, fresh, world.viewModel->actions().at(3)}).chopped(1) + ",{\"name\":\"Odd\",\"sortOrder\":true},7]");
+                    file.close();
+                }
+                world.screens->transfer()->importDropped({QUrl::fromLocalFile(file.fileName())});
+                static_cast<void>(waitUntil([&] { return world.screens->transfer()->stage() == TransferPresenter::Previewing; }));
+                file.remove();
+            }},
+        {u"library-path"_s,
+            [](World &world) {
+                world.viewModel->setIsActionLibraryPresented(true);
+                world.screens->transfer()->exportAll();
+            }},
+        {u"usage-full"_s,
+            [](World &world) {
+                DailyUsageLedger ledger = world.viewModel->dailyUsageLedger();
+                ledger.record(AIProvider::OpenAI, u"gpt-5"_s, {1200, 350, 1550}, world.clock->now());
+                ledger.record(AIProvider::Anthropic, u"claude-opus-4-1-20250805"_s, {90000000, 41000, 90041000}, world.clock->now());
+                world.viewModel->setDailyUsageLedger(ledger);
+                world.viewModel->setIsUsagePresented(true);
+            }},
         {u"input-modal"_s, [](World &world) { world.viewModel->setIsInputModalPresented(true); }},
         {u"library"_s, [](World &world) { world.viewModel->setIsActionLibraryPresented(true); }},
         {u"engine-room"_s, [](World &world) { world.viewModel->setIsEngineRoomPresented(true); }},

@@ -17,12 +17,18 @@ class SharePresenterTest : public AppWorld
 protected:
     QTemporaryDir folder;
     std::shared_ptr<RecordedSharing> desktop = std::make_shared<RecordedSharing>();
+    std::shared_ptr<RecordedDialog> dialog = std::make_shared<RecordedDialog>();
     std::unique_ptr<SharePresenter> presenter;
 
     SharePresenterTest()
     {
         launch();
-        presenter = std::make_unique<SharePresenter>(*viewModel, desktop);
+        restart(nullptr);
+    }
+
+    void restart(std::shared_ptr<FileChoosing> dialogs)
+    {
+        presenter = std::make_unique<SharePresenter>(*viewModel, std::move(dialogs), desktop);
     }
 
     ~SharePresenterTest() override
@@ -163,6 +169,15 @@ TEST_F(SharePresenterTest, aFailureIsToldAndACancelledChoiceIsNot)
     EXPECT_EQ(presenter->notice(), QString());
 }
 
+TEST_F(SharePresenterTest, aFailureThatBringsItsSentenceIsToldInIt)
+{
+    show(TextPayload{u"hello"_s});
+    desktop->sentence = u"Text is too long to hand to the mail program."_s;
+    presenter->mail();
+    settle();
+    EXPECT_EQ(presenter->notice(), *desktop->sentence);
+}
+
 TEST_F(SharePresenterTest, anotherResultEndsWhatWasBegunForTheLast)
 {
     show(pdf());
@@ -190,13 +205,13 @@ TEST_F(SharePresenterTest, thePresenterMayGoWhileTheDesktopStillAsks)
 
 TEST_F(SharePresenterTest, theDesktopsDialogDecidesWhereAResultIsSaved)
 {
-    desktop->offered.asksWhereToSave = true;
-    desktop->choice = {ShareOutcome::Done, QUrl::fromLocalFile(path(u"kept.txt"_s))};
+    dialog->choice = {FileChoice::Outcome::Chosen, path(u"kept.txt"_s)};
+    restart(dialog);
     writeFile(u"kept.txt"_s, "what was there"); // which the dialog has asked about
     show(TextPayload{u"hello"_s});
     presenter->saveAs();
     settle();
-    EXPECT_EQ(desktop->names, QStringList{u"Velarc Result.txt"_s});
+    EXPECT_EQ(dialog->names, QStringList{u"Velarc Result.txt"_s});
     EXPECT_EQ(contentOf(path(u"kept.txt"_s)), "hello");
     EXPECT_EQ(presenter->notice(), u"Saved kept.txt in "_s + folder.path() + u'.');
     EXPECT_FALSE(presenter->isSaveSheetPresented());
@@ -204,8 +219,8 @@ TEST_F(SharePresenterTest, theDesktopsDialogDecidesWhereAResultIsSaved)
 
 TEST_F(SharePresenterTest, aCancelledDialogSavesNothing)
 {
-    desktop->offered.asksWhereToSave = true;
-    desktop->choice.outcome = ShareOutcome::Cancelled;
+    dialog->choice.outcome = FileChoice::Outcome::Dismissed;
+    restart(dialog);
     show(TextPayload{u"hello"_s});
     presenter->saveAs();
     settle();
@@ -215,8 +230,8 @@ TEST_F(SharePresenterTest, aCancelledDialogSavesNothing)
 
 TEST_F(SharePresenterTest, aDialogThatDoesNotComeUpGivesWayToTheSheet)
 {
-    desktop->offered.asksWhereToSave = true;
-    desktop->choice.outcome = ShareOutcome::Failed;
+    dialog->choice.outcome = FileChoice::Outcome::NoDialog;
+    restart(dialog);
     show(ImagePayload{"png bytes"});
     presenter->saveAs();
     settle();

@@ -2,6 +2,8 @@
 
 #include "intake/documents/conversions.h"
 #include "intake/documents/drop_shadow.h"
+#include "intake/documents/nested_drawings.h"
+#include "intake/documents/svg_root.h"
 
 #include <glib.h>
 #include <zlib.h>
@@ -112,13 +114,19 @@ std::string decoded(std::string_view text)
     return converted.empty() ? std::string(text) : converted;
 }
 
+std::string asOfABrowser(std::string_view svg)
+{
+    return withRootOfABrowser(withShadowsSpelledOut(svg));
+}
+
 } // namespace
 
 std::string preparedSvg(std::string_view bytes)
 {
     const std::string text = decoded(startsWith(bytes, kGzip) ? inflated(bytes) : bytes);
     // The renderer would inflate once more, and that without a cap.
-    return startsWith(text, kGzip) ? std::string() : withShadowsSpelledOut(text);
+    return startsWith(text, kGzip) ? std::string()
+                                   : withNestedDrawingsEnlarged(asOfABrowser(text), &asOfABrowser);
 }
 
 } // namespace velarc

@@ -1,6 +1,8 @@
 #include "intake/documents/conversions.h"
 #include "intake/documents/plain_text.h"
+#include "intake/documents/quiet_log.h"
 #include "intake/documents/streams.h"
+#include "intake/documents/written_line.h"
 
 #include <pango/pangocairo.h>
 
@@ -135,8 +137,8 @@ private:
     {
         m_line = 0;
         cairo_set_source_rgb(m_cairo, kTitleGrey, kTitleGrey, kTitleGrey);
-        cairo_move_to(m_cairo, kLeft, kTitleBaseline);
-        pango_cairo_show_layout_line(m_cairo, pango_layout_get_line_readonly(m_title.get(), 0));
+        velarc::writeLine(m_cairo, m_title.get(), pango_layout_get_line_readonly(m_title.get(), 0),
+            kLeft, kTitleBaseline);
         cairo_set_source_rgb(m_cairo, 0, 0, 0);
     }
 
@@ -218,21 +220,15 @@ private:
             pango_layout_line_get_extents(line, nullptr, &extents);
             left = kRight - static_cast<double>(extents.width) / PANGO_SCALE;
         }
-        cairo_move_to(m_cairo, left, nextBaseline());
-        pango_cairo_show_layout_line(m_cairo, line);
+        velarc::writeLine(m_cairo, m_body.get(), line, left, nextBaseline());
     }
 };
-
-GLogWriterOutput stayQuiet(GLogLevelFlags, const GLogField *, gsize, gpointer)
-{
-    return G_LOG_WRITER_HANDLED;
-}
 
 } // namespace
 
 void writeTextPdf(std::string_view text, std::string_view title)
 {
-    g_log_set_writer_func(&stayQuiet, nullptr, nullptr);
+    silenceLibraries();
     Output output;
     const Owned<cairo_surface_t> surface(
         cairo_pdf_surface_create_for_stream(&Output::take, &output, kPageWidth, kPageHeight));

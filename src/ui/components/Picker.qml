@@ -9,7 +9,12 @@ T.ComboBox {
 
     required property list<string> labels
     property list<color> dots // a dot before each row, where given
+    property list<string> groups // of each row, where given; a heading stands where one begins
     property string title // its name
+    property string otherLabel // what stands where none is selected
+    property color otherDot: "transparent"
+
+    readonly property string shownText: currentIndex < 0 ? otherLabel : displayText
 
     signal picked(int index)
 
@@ -24,15 +29,16 @@ T.ComboBox {
     onActivated: index => picked(index)
     Accessible.role: Accessible.ComboBox
     Accessible.name: title
-    Accessible.description: displayText
+    Accessible.description: shownText
     Accessible.onPressAction: popup.open()
 
     contentItem: Item {
         PickerRow {
             anchors.fill: parent
-            text: picker.currentIndex < 0 ? "" : picker.displayText
-            dot: picker.currentIndex >= 0 && picker.currentIndex < picker.dots.length
-                ? picker.dots[picker.currentIndex] : "transparent"
+            text: picker.shownText
+            dot: picker.currentIndex < 0 ? picker.otherDot
+                : picker.currentIndex < picker.dots.length ? picker.dots[picker.currentIndex]
+                : "transparent"
         }
     }
 
@@ -64,8 +70,13 @@ T.ComboBox {
         required property string modelData
         required property int index
 
+        readonly property bool beginsGroup: index < picker.groups.length
+            && (index === 0 || picker.groups[index] !== picker.groups[index - 1])
+
         width: ListView.view?.width ?? picker.width
-        height: Theme.hitArea
+        height: Theme.controlHeight + topPadding
+        topPadding: beginsGroup ? heading.height : 0
+        bottomPadding: 0
         leftPadding: Theme.space3
         rightPadding: Theme.space3
         highlighted: picker.highlightedIndex === index
@@ -80,9 +91,25 @@ T.ComboBox {
             strong: row.index === picker.currentIndex
         }
 
-        background: Rectangle {
-            radius: Theme.chipRadius - 5
-            color: row.highlighted ? Theme.selection : "transparent"
+        background: Item {
+            Rectangle {
+                y: row.topPadding
+                width: parent.width
+                height: parent.height - y
+                radius: Theme.chipRadius - 5
+                color: row.highlighted ? Theme.selection : "transparent"
+            }
+        }
+
+        SectionHeader {
+            id: heading
+
+            visible: row.beginsGroup
+            width: row.width
+            leftPadding: Theme.space3
+            topPadding: Theme.space2
+            bottomPadding: Theme.space1
+            text: row.index < picker.groups.length ? picker.groups[row.index] : ""
         }
     }
     // qmllint enable unqualified
@@ -90,7 +117,7 @@ T.ComboBox {
     popup: T.Popup {
         y: picker.height + 4
         width: picker.width
-        height: Math.min(contentItem.implicitHeight + 2 * padding, 320)
+        height: Math.min(contentItem.implicitHeight + 2 * padding, 400)
         padding: Theme.space1 + 1
         margins: Theme.space2
 

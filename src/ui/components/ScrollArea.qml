@@ -37,10 +37,14 @@ Flickable {
         }
     }
 
-    function reveal(item: Item) {
+    function reveal(focused: Item) {
+        let item = focused;
         for (let up = item; up !== column; up = up.parent) {
             if (up === null) {
                 return;
+            }
+            if (up instanceof Flickable) {
+                item = up; // it shows its own part of what it holds
             }
         }
         const top = item.mapToItem(column, 0, 0).y + padding;

@@ -10,6 +10,7 @@ T.Popup {
     id: sheet
 
     property string title
+    property string subtitle
     property int preferredWidth: 560
     property int preferredHeight: 0 // as tall as the body, if 0
     property alias commands: commandRow.data
@@ -83,27 +84,39 @@ T.Popup {
             id: header
 
             width: parent.width
-            height: Math.max(titleLabel.implicitHeight, commandRow.implicitHeight) + 2 * Theme.space4
+            height: Math.max(titles.implicitHeight, commandRow.implicitHeight) + 2 * Theme.space4
 
-            Label {
-                id: titleLabel
+            Column {
+                id: titles
 
                 anchors.left: parent.left
                 anchors.leftMargin: Theme.space5
                 anchors.right: commandRow.left
                 anchors.rightMargin: Theme.space3
                 anchors.verticalCenter: parent.verticalCenter
-                style: Label.SheetTitle
-                text: sheet.title
-                elide: Text.ElideRight
-                wrapMode: Text.NoWrap
+                spacing: 2
+
+                Label {
+                    width: parent.width
+                    style: Label.SheetTitle
+                    text: sheet.title
+                    elide: Text.ElideRight
+                    wrapMode: Text.NoWrap
+                }
+
+                Label {
+                    width: parent.width
+                    visible: text !== ""
+                    secondary: true
+                    text: sheet.subtitle
+                }
             }
 
             Row {
                 id: commandRow
 
                 anchors.right: parent.right
-                anchors.rightMargin: Theme.space4
+                anchors.rightMargin: Theme.space5
                 anchors.verticalCenter: parent.verticalCenter
                 spacing: Theme.space2
             }

@@ -1,0 +1,9 @@
+#pragma once
+
+namespace velarc {
+
+// What the libraries have to remark about a document is of no use to anybody: standard error holds
+// the helper's one sentence alone. May be called again.
+void silenceLibraries();
+
+} // namespace velarc
