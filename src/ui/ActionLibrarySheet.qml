@@ -1,3 +1,4 @@
+import QtQuick
 import Velarc
 
 // All actions, to find and manage, to export and to import.

@@ -1,3 +1,4 @@
+import QtQuick
 import Velarc
 
 // The editor of one action.

@@ -1,3 +1,4 @@
+import QtQuick
 import Velarc
 
 // The small menu of the rest of the program.

@@ -1,3 +1,4 @@
+import QtQuick
 import Velarc
 
 // The tokens of today.

@@ -42,13 +42,18 @@ constexpr std::array kSelections{
     KeyStep{QKeySequence::SelectStartOfDocument, Step::Document, -1},
 };
 
-constexpr std::array kScrolls{
+// Of a text that can be changed they move the caret, else they scroll.
+constexpr std::array kMoves{
+    KeyStep{QKeySequence::MoveToNextChar, Step::Character, 1},
+    KeyStep{QKeySequence::MoveToPreviousChar, Step::Character, -1},
+    KeyStep{QKeySequence::MoveToNextWord, Step::Word, 1},
+    KeyStep{QKeySequence::MoveToPreviousWord, Step::Word, -1},
     KeyStep{QKeySequence::MoveToNextLine, Step::Line, 1},
     KeyStep{QKeySequence::MoveToPreviousLine, Step::Line, -1},
     KeyStep{QKeySequence::MoveToNextPage, Step::Page, 1},
     KeyStep{QKeySequence::MoveToPreviousPage, Step::Page, -1},
-    KeyStep{QKeySequence::MoveToEndOfLine, Step::Document, 1},
-    KeyStep{QKeySequence::MoveToStartOfLine, Step::Document, -1},
+    KeyStep{QKeySequence::MoveToEndOfLine, Step::LineEnd, 1},
+    KeyStep{QKeySequence::MoveToStartOfLine, Step::LineEnd, -1},
     KeyStep{QKeySequence::MoveToEndOfDocument, Step::Document, 1},
     KeyStep{QKeySequence::MoveToStartOfDocument, Step::Document, -1},
 };
@@ -104,7 +109,9 @@ void LongTextItem::keyPressEvent(QKeyEvent *event)
         selectAll();
     } else if (event->matches(QKeySequence::Copy) && hasSelection()) {
         copy();
-    } else if (!selectFor(*event) && !scrollFor(*event)) {
+    } else if (m_isEditable && (editFor(*event) || moveFor(*event))) {
+        reveal(m_caret);
+    } else if (!selectFor(*event) && (m_isEditable || !scrollFor(*event))) {
         event->ignore();
     }
 }
@@ -120,11 +127,23 @@ bool LongTextItem::selectFor(const QKeyEvent &event)
     return true;
 }
 
+bool LongTextItem::moveFor(const QKeyEvent &event)
+{
+    const KeyStep *found = stepFor(kMoves, event);
+    if (found == nullptr) {
+        return false;
+    }
+    const qsizetype position = stepped(m_caret, found->step, found->direction);
+    select(position, position);
+    return true;
+}
+
 bool LongTextItem::scrollFor(const QKeyEvent &event)
 {
-    const KeyStep *found = stepFor(kScrolls, event);
+    const KeyStep *found = stepFor(kMoves, event);
     const QQuickItem *flickable = scroller();
-    if (found == nullptr || flickable == nullptr) {
+    if (found == nullptr || flickable == nullptr || found->step == Step::Character
+        || found->step == Step::Word) {
         return false;
     }
     const qreal page = std::max(linePitch(), flickable->height() - linePitch());

@@ -64,6 +64,8 @@ void LongTextItem::setText(const QString &text)
         return;
     }
     relayOut([&] { m_layout.setText(text); });
+    m_done.clear();
+    m_undone.clear();
     select(std::min(m_anchor, text.size()), std::min(m_caret, text.size()));
     Q_EMIT textChanged();
     Q_EMIT spokenTextChanged();
@@ -174,6 +176,7 @@ void LongTextItem::followView()
     if (moved != 0) {
         scrollBy(moved);
     }
+    followCaret();
     if (text().size() > kMostSpoken) {
         Q_EMIT spokenTextChanged();
     }
@@ -227,6 +230,17 @@ void LongTextItem::reveal(qsizetype position)
     }
 }
 
+// Only who can type needs to see it.
+void LongTextItem::followCaret()
+{
+    if (!m_isEditable) {
+        return;
+    }
+    m_caretRectangle = m_layout.caretAt(m_caret);
+    Q_EMIT caretChanged();
+    updateInputMethod();
+}
+
 TextSelection LongTextItem::selection() const
 {
     return {std::min(m_anchor, m_caret), std::max(m_anchor, m_caret)};
@@ -247,6 +261,7 @@ void LongTextItem::select(qsizetype anchor, qsizetype caret)
     m_caret = caret;
     m_window->update();
     Q_EMIT selectionChanged();
+    followCaret();
 }
 
 void LongTextItem::selectAll()

@@ -15,6 +15,16 @@ namespace velarc {
 
 class TextWindow;
 
+// A change of a text: what stood at a position, and what stands there instead.
+struct TextChange
+{
+    qsizetype at = 0;
+    QString before;
+    QString after;
+
+    [[nodiscard]] TextChange reversed() const { return {at, after, before}; }
+};
+
 // As wide as it is told, as tall as its text. It finds by itself what of it is in view: what the
 // clipping items above it let through.
 //
@@ -31,6 +41,9 @@ class LongTextItem : public QQuickItem
             colorsChanged)
     Q_PROPERTY(QColor selectedTextColor READ selectedTextColor WRITE setSelectedTextColor NOTIFY
             colorsChanged)
+    // Whether keys and the clipboard change the text.
+    Q_PROPERTY(bool editable READ isEditable WRITE setEditable NOTIFY editableChanged)
+    Q_PROPERTY(QRectF caretRectangle READ caretRectangle NOTIFY caretChanged)
     // Of lines that are shown; 0 for all.
     Q_PROPERTY(int lineLimit READ lineLimit WRITE setLineLimit NOTIFY lineLimitChanged)
     Q_PROPERTY(bool isCut READ isCut NOTIFY isCutChanged) // by the limit
@@ -68,6 +81,9 @@ public:
     void setSelectionColor(const QColor &color);
     [[nodiscard]] QColor selectedTextColor() const { return m_colors.selectedText; }
     void setSelectedTextColor(const QColor &color);
+    [[nodiscard]] bool isEditable() const { return m_isEditable; }
+    void setEditable(bool isEditable);
+    [[nodiscard]] QRectF caretRectangle() const { return m_caretRectangle; }
     [[nodiscard]] int lineLimit() const { return m_lineLimit; }
     void setLineLimit(int lines);
     [[nodiscard]] bool isCut() const { return m_layout.isCut(); }
@@ -81,6 +97,12 @@ public:
     Q_INVOKABLE void selectAll();
     Q_INVOKABLE void deselect();
     Q_INVOKABLE void copy(); // asks for the selection; nothing where there is none
+    Q_INVOKABLE void cut();
+    Q_INVOKABLE void paste();
+    Q_INVOKABLE void setCaret(qsizetype position);
+
+    // What an input method asks.
+    [[nodiscard]] QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 
     // What TextWindow shows.
     void paintWindow(QPainter &painter, const QRectF &area) const;
@@ -90,6 +112,8 @@ Q_SIGNALS:
     void fontChanged();
     void colorsChanged();
     void lineLimitChanged();
+    void editableChanged();
+    void caretChanged();
     void isCutChanged();
     void selectionChanged();
     void spokenTextChanged();
@@ -103,6 +127,7 @@ protected:
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void inputMethodEvent(QInputMethodEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
@@ -118,6 +143,10 @@ private:
     int m_lineLimit = 0;
     qsizetype m_anchor = 0; // where the selection began
     qsizetype m_caret = 0; // where it has come to
+    QRectF m_caretRectangle;
+    bool m_isEditable = false;
+    QList<TextChange> m_done; // edits that can be taken back, the latest last
+    QList<TextChange> m_undone;
     bool m_visualFocus = false;
     QRectF m_inView;
     TextWindow *m_window = nullptr;
@@ -133,8 +162,16 @@ private:
     void scrollBy(qreal distance);
     void reveal(qsizetype position);
     void setVisualFocus(bool hasFocus);
+    void followCaret();
     void select(qsizetype anchor, qsizetype caret);
     [[nodiscard]] qsizetype stepped(qsizetype from, Step step, int direction);
+    void replaceText(TextSelection range, const QString &with);
+    void apply(const TextChange &edit);
+    void takeBack();
+    void doAgain();
+    void erase(Step step, int direction);
+    [[nodiscard]] bool editFor(const QKeyEvent &event);
+    [[nodiscard]] bool moveFor(const QKeyEvent &event);
     [[nodiscard]] bool scrollFor(const QKeyEvent &event);
     [[nodiscard]] bool selectFor(const QKeyEvent &event);
 };

@@ -170,6 +170,7 @@ LongTextLayout::Paragraph LongTextLayout::laidOut(
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     option.setTextDirection(Qt::LayoutDirectionAuto);
+    option.setAlignment(text.isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft);
     option.setTabStopDistance(kTabInCharacters * m_characterWidth);
     layout.setTextOption(option);
     layout.setCacheEnabled(true);

@@ -123,8 +123,9 @@ QCoro::Task<void> take(Handle members, TaskScope::Ticket /*membership*/, Way way
         throwIfStopped(stop);
         members->tell(outcome == ShareOutcome::Failed ? apology : QString());
     } catch (const UserFacingError &failure) {
-        throwIfStopped(stop);
-        members->tell(failure.message());
+        if (!stop.stop_requested()) {
+            members->tell(failure.message());
+        }
     } catch (const CancellationError &) {
         // Another result has taken its place.
     }

@@ -2,6 +2,7 @@
 
 // A desktop that takes what is shared, and answers as a test wants it.
 
+#include "base/errors.h"
 #include "fakes/gate.h"
 #include "ui/file_chooser.h"
 #include "ui/sharing.h"

@@ -77,7 +77,7 @@ void UiWorld::prepare()
         launch();
     }
     if (!engine) {
-        screens = std::make_unique<Screens>(*viewModel);
+        screens = std::make_unique<Screens>(*viewModel, nullptr, sharing);
         engine = std::make_unique<QQmlEngine>();
         screens->attachTo(*engine);
         screens->appearance()->setReducesMotion(true); // nothing to wait for

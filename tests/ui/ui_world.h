@@ -2,6 +2,7 @@
 
 // The screens over a whole program of scripted engines, in a window that nobody sees.
 
+#include "fakes/recorded_sharing.h"
 #include "support/app_world.h"
 #include "ui/screens.h"
 
@@ -40,6 +41,7 @@ class UiWorld : public AppWorld
 {
 protected:
     WarningLog warnings;
+    std::shared_ptr<RecordedSharing> sharing = std::make_shared<RecordedSharing>();
     std::unique_ptr<Screens> screens;
     std::unique_ptr<QQmlEngine> engine;
     std::unique_ptr<QQuickWindow> window;

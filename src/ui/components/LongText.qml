@@ -21,6 +21,7 @@ Item {
     LongTextItem {
         id: body
 
+        objectName: "longText"
         width: reader.width
         height: implicitHeight
         color: Theme.text
