@@ -1,6 +1,5 @@
 #include "entry/velarc_app.h"
 
-#include "actions/catalogue.h"
 #include "engines/anthropic_service.h"
 #include "engines/gemini_service.h"
 #include "engines/http_client.h"
@@ -9,19 +8,10 @@
 #include "engines/openai_service.h"
 #include "intake/pdf_export.h"
 #include "run/windowless_seams.h"
-#include "store/sqlite_defaults_domain.h"
 
 namespace velarc {
 
 using namespace Qt::StringLiterals;
-
-std::shared_ptr<const LocalStore> openSharedStore()
-{
-    // The domain names files that it moves aside by the time; it lives as long as this clock.
-    static const SystemClock kClock;
-    return std::make_shared<const LocalStore>(
-        std::make_shared<SqliteDefaultsDomain>(defaultsFiles(), kClock), &builtInActions);
-}
 
 namespace {
 

@@ -108,6 +108,14 @@ void AppViewModel::handleOpenURL(const QUrl &url)
 QCoro::Task<ResultPayload> AppViewModel::runForShortcut(
     AIAction action, QString input, std::stop_token stop)
 {
+    ShortcutRun run = co_await m_pipeline->runForShortcut(
+        std::move(action), std::move(input), std::move(stop));
+    co_return std::move(run.payload);
+}
+
+QCoro::Task<ShortcutRun> AppViewModel::runForShortcutInDetail(
+    AIAction action, QString input, std::stop_token stop)
+{
     return m_pipeline->runForShortcut(std::move(action), std::move(input), std::move(stop));
 }
 

@@ -64,6 +64,8 @@ public:
     void startRun(AIAction action, InputStrategy strategy);
     [[nodiscard]] QCoro::Task<ResultPayload> runForShortcut(
         AIAction action, QString input, std::stop_token stop);
+    [[nodiscard]] QCoro::Task<ShortcutRun> runForShortcutInDetail(
+        AIAction action, QString input, std::stop_token stop); // with the engine that ran
 
     // The canvas, and what other programs hand over.
     [[nodiscard]] CanvasEvents &canvas() { return *m_canvas; }
