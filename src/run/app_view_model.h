@@ -62,6 +62,7 @@ public:
     Q_INVOKABLE void retryRun() { m_pipeline->retryRun(); }
     void copyText(const QString &text) { m_services.clipboardWriting->writeText(text); }
     Q_INVOKABLE void copyResult() { m_delivery->copyResult(); }
+    void copyText(const QString &text) { m_services.clipboardWriting->writeText(text); }
     [[nodiscard]] QCoro::Task<std::optional<QUrl>> shareableFileURL(std::stop_token stop);
     void startRun(AIAction action, InputStrategy strategy);
     [[nodiscard]] QCoro::Task<ResultPayload> runForShortcut(
@@ -82,6 +83,9 @@ public:
 
     [[nodiscard]] Connections &connections() { return *m_connections; }
     [[nodiscard]] const Connections &connections() const { return *m_connections; }
+
+    // Ends what runs beside the runs; a screen's own tasks enter it.
+    [[nodiscard]] TaskScope &tasks() { return *m_services.scope; }
 
     Q_INVOKABLE void resetUsage() { m_usage->resetUsage(); }
 

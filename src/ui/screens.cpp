@@ -19,7 +19,8 @@ constexpr const char *kScreensProperty = "velarcScreens";
 
 } // namespace
 
-Screens::Screens(AppViewModel &viewModel, std::shared_ptr<FileChoosing> files, QObject *parent)
+Screens::Screens(AppViewModel &viewModel, std::shared_ptr<FileChoosing> files,
+    std::shared_ptr<Sharing> sharing, QObject *parent)
     : QObject(parent)
     , m_viewModel(viewModel)
     , m_canvas(viewModel)
@@ -27,6 +28,8 @@ Screens::Screens(AppViewModel &viewModel, std::shared_ptr<FileChoosing> files, Q
     , m_home(viewModel)
     , m_library(viewModel)
     , m_more(viewModel)
+    , m_result(viewModel, m_picture)
+    , m_share(viewModel, files, std::move(sharing))
     , m_studio(viewModel)
     , m_transfer(viewModel, std::move(files))
     , m_usage(viewModel)
@@ -42,6 +45,7 @@ void Screens::attachTo(QQmlEngine &engine)
     engine.addImportPath(u"qrc:/qt/qml"_s);
     engine.setProperty(kScreensProperty, QVariant::fromValue(this));
     addImageProviders(engine);
+    engine.addImageProvider(u"result"_s, new ResultPictureProvider(m_picture));
 }
 
 EngineRoomPresenter *Screens::engineRoom(QObject *view)

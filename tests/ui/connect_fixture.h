@@ -5,9 +5,9 @@
 #include "accessible_tree.h"
 #include "ui_world.h"
 
-#include <stdexcept>
-
 #include "ui/secret_input.h"
+
+#include <stdexcept>
 
 namespace velarc {
 

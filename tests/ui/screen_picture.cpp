@@ -1,8 +1,9 @@
-// Makes a picture of a screen: velarc_screen_picture SCREEN light|dark WIDTHxHEIGHT FILE.
+// Makes a picture of a screen: velarc_screen_picture SCREEN light|dark WIDTHxHEIGHT FILE; or of
+// all, light and dark: velarc_screen_picture --all WIDTHxHEIGHT FOLDER SUFFIX.
 //
 // The scale is the one that QT_SCALE_FACTOR names. Without arguments it lists the screens.
 
-#include "ui_world.h"
+#include "picture_world.h"
 
 #include "actions/action_json.h"
 #include "support/wait_until.h"
@@ -12,59 +13,16 @@
 #include <QGuiApplication>
 #include <QTextStream>
 
-#include <functional>
-#include <map>
-
 namespace velarc {
 
 namespace {
 
-class PictureWorld final : public UiWorld
+using World = PictureWorld;
+
+// A line for each screen and each of its states.
+Scenes sharedScenes()
 {
-public:
-    void TestBody() override {}
-
-    using Scene = std::function<void(PictureWorld &)>;
-    [[nodiscard]] static const std::map<QString, Scene> &scenes();
-
-    // What the scenes of the engines share.
-    void openEngineRoom(EngineRoomSection section)
-    {
-        viewModel->setProviderConnections({{true, clock->now() - 2h}, {}, {true, std::nullopt}});
-        viewModel->library().setEngineRoomSection(section);
-        viewModel->setIsEngineRoomPresented(true);
-        settle();
-    }
-    void openConnectSheet(AIProvider provider)
-    {
-        viewModel->connections().presentConnectSheet(provider);
-        settle();
-    }
-    void connectWithKey()
-    {
-        type(u"sk-0123456789abcdefghijklmnopqrstuvwxyz"_s);
-        press(Qt::Key_Return);
-    }
-
-    int make(const QString &scene, Look look, QSize size, const QString &file)
-    {
-        launch();
-        openWindow(size);
-        setLook(look);
-        scenes().at(scene)(*this);
-        settle();
-        const QImage made = picture();
-        for (const QString &line : WarningLog::lines()) {
-            QTextStream(stderr) << line << '\n';
-        }
-        return made.save(file) ? 0 : 1;
-    }
-};
-
-const std::map<QString, PictureWorld::Scene> &PictureWorld::scenes()
-{
-    using World = PictureWorld;
-    static const std::map<QString, Scene> kScenes{
+    return {
         {u"home"_s, [](World &) {}},
         {u"home-classic"_s,
             [](World &world) { world.viewModel->library().setNewRunExperienceEnabled(false); }},
@@ -176,36 +134,49 @@ const std::map<QString, PictureWorld::Scene> &PictureWorld::scenes()
             }},
         {u"input-modal"_s, [](World &world) { world.viewModel->setIsInputModalPresented(true); }},
         {u"library"_s, [](World &world) { world.viewModel->setIsActionLibraryPresented(true); }},
-        {u"engine-room"_s,
-            [](World &world) { world.openEngineRoom(EngineRoomSection::Connections); }},
-        {u"engine-room-default"_s,
-            [](World &world) {
-                world.openEngineRoom(EngineRoomSection::DefaultEngine);
-                world.click(u"Gemini"_s);
-            }},
-        {u"engine-room-advanced"_s,
-            [](World &world) { world.openEngineRoom(EngineRoomSection::Advanced); }},
         {u"usage"_s, [](World &world) { world.viewModel->setIsUsagePresented(true); }},
-        {u"connect"_s, [](World &world) { world.openConnectSheet(AIProvider::OpenAI); }},
-        {u"connect-busy"_s,
-            [](World &world) {
-                world.openAI->answer.gate.close();
-                world.openConnectSheet(AIProvider::OpenAI);
-                world.connectWithKey();
-            }},
-        {u"connect-error"_s,
-            [](World &world) {
-                world.gemini->answer.failure = std::make_exception_ptr(std::runtime_error(
-                    QString(u"The provider answered that the key is not valid. "_s)
-                        .repeated(9)
-                        .first(400)
-                        .toStdString()));
-                world.openConnectSheet(AIProvider::Gemini);
-                world.connectWithKey();
-            }},
         {u"automation"_s, [](World &world) { world.click(u"Automation"_s); }},
     };
+}
+
+const Scenes &scenes()
+{
+    static const Scenes kScenes = [] {
+        Scenes all = sharedScenes();
+        all.merge(engineScenes());
+        all.merge(resultScenes());
+        return all;
+    }();
     return kScenes;
+}
+
+} // namespace
+
+} // namespace velarc
+
+namespace velarc {
+
+namespace {
+
+int makePicture(const QString &scene, Look look, QSize size, const QString &file)
+{
+    const bool isMade = PictureWorld().make(scenes().at(scene), look, size).save(file);
+    for (const QString &line : WarningLog::lines()) {
+        QTextStream(stderr) << scene << ": " << line << '\n';
+    }
+    return isMade ? 0 : 1;
+}
+
+// Every scene, light and dark, as FOLDER/SCENE-LOOK-SUFFIX.png.
+int makeAll(QSize size, const QString &folder, const QString &suffix)
+{
+    int status = 0;
+    for (const auto &[scene, set] : scenes()) {
+        const QString stem = folder + u'/' + scene;
+        status |= makePicture(scene, Look::Light, size, stem + u"-light-"_s + suffix + u".png"_s);
+        status |= makePicture(scene, Look::Dark, size, stem + u"-dark-"_s + suffix + u".png"_s);
+    }
+    return status;
 }
 
 } // namespace
@@ -221,15 +192,18 @@ int main(int argc, char **argv)
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     const QGuiApplication application(argc, argv);
     const QStringList arguments = QGuiApplication::arguments();
-    const QStringList extent = arguments.value(3).split(u'x');
-    if (arguments.size() != 5 || extent.size() != 2
-        || PictureWorld::scenes().count(arguments.at(1)) == 0) {
-        for (const auto &[name, scene] : PictureWorld::scenes()) {
+    const bool wantsAll = arguments.value(1) == u"--all"_s;
+    const QStringList extent = arguments.value(wantsAll ? 2 : 3).split(u'x');
+    const bool isKnown = wantsAll || scenes().count(arguments.value(1)) == 1;
+    if (arguments.size() != 5 || extent.size() != 2 || !isKnown) {
+        for (const auto &[name, scene] : scenes()) {
             QTextStream(stdout) << name << '\n';
         }
         return 2;
     }
-    return PictureWorld().make(arguments.at(1),
-        arguments.at(2) == u"dark"_s ? Look::Dark : Look::Light,
-        QSize(extent.at(0).toInt(), extent.at(1).toInt()), arguments.at(4));
+    const QSize size(extent.at(0).toInt(), extent.at(1).toInt());
+    return wantsAll
+        ? makeAll(size, arguments.at(3), arguments.at(4))
+        : makePicture(arguments.at(1), arguments.at(2) == u"dark"_s ? Look::Dark : Look::Light,
+            size, arguments.at(4));
 }
