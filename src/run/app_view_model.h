@@ -62,7 +62,6 @@ public:
     Q_INVOKABLE void retryRun() { m_pipeline->retryRun(); }
     void copyText(const QString &text) { m_services.clipboardWriting->writeText(text); }
     Q_INVOKABLE void copyResult() { m_delivery->copyResult(); }
-    void copyText(const QString &text) { m_services.clipboardWriting->writeText(text); }
     [[nodiscard]] QCoro::Task<std::optional<QUrl>> shareableFileURL(std::stop_token stop);
     void startRun(AIAction action, InputStrategy strategy);
     [[nodiscard]] QCoro::Task<ResultPayload> runForShortcut(
