@@ -12,6 +12,7 @@
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
 
+#include <functional>
 #include <memory>
 #include <utility>
 
@@ -36,17 +37,31 @@ constexpr unsigned kVersionOfAddresses = 3;
 constexpr unsigned kSuccess = 0;
 constexpr unsigned kCancelledByUser = 1;
 
-// What a wait ends with, whoever ends it.
+using StopCallback = std::stop_callback<std::function<void()>>;
+
+std::function<void()> wakingUp(const std::shared_ptr<Wakeup> &wakeup)
+{
+    return [wakeup] { postToMainThread([wakeup] { wakeup->fire(); }); };
+}
+
+// Ends with the wake-up, or with CancellationError where a stop comes first.
+QCoro::Task<void> woken(std::shared_ptr<Wakeup> wakeup, std::stop_token stop)
+{
+    throwIfStopped(stop);
+    const auto breakOff = std::make_unique<StopCallback>(stop, wakingUp(wakeup));
+    co_await *wakeup;
+    throwIfStopped(stop);
+}
+
 struct Reply
 {
     Wakeup wakeup;
     QDBusMessage message;
 };
 
-QCoro::Task<QDBusMessage> replyTo(QDBusMessage call, QDBusConnection bus, std::stop_token stop)
+std::shared_ptr<Reply> send(const QDBusMessage &call, const QDBusConnection &bus)
 {
-    throwIfStopped(stop);
-    const auto reply = std::make_shared<Reply>();
+    auto reply = std::make_shared<Reply>();
     auto *watcher =
         new QDBusPendingCallWatcher(bus.asyncCall(call, static_cast<int>(kReplyBound.count())));
     QObject::connect(
@@ -55,12 +70,14 @@ QCoro::Task<QDBusMessage> replyTo(QDBusMessage call, QDBusConnection bus, std::s
             finished->deleteLater();
             reply->wakeup.fire();
         });
-    {
-        const std::stop_callback breakOff(
-            stop, [reply] { postToMainThread([reply] { reply->wakeup.fire(); }); });
-        co_await reply->wakeup;
-    }
-    throwIfStopped(stop);
+    return reply;
+}
+
+QCoro::Task<QDBusMessage> replyTo(QDBusMessage call, QDBusConnection bus, std::stop_token stop)
+{
+    const auto reply = send(call, bus);
+    std::shared_ptr<Wakeup> wakeup(reply, &reply->wakeup);
+    co_await woken(std::move(wakeup), stop);
     const QDBusMessage message = reply->message;
     co_return message;
 }
@@ -92,17 +109,16 @@ public:
     Wakeup wakeup;
     PortalCompose outcome = PortalCompose::Failed;
 
-private Q_SLOTS:
-    void take(const QDBusMessage &message)
+private:
+    QDBusServiceWatcher m_watcher;
+
+    Q_SLOT void take(const QDBusMessage &message)
     {
         const unsigned code = message.arguments().value(0, kCancelledByUser + 1).toUInt();
         end(code == kSuccess               ? PortalCompose::Opened
                 : code == kCancelledByUser ? PortalCompose::Cancelled
                                            : PortalCompose::Failed);
     }
-
-private:
-    QDBusServiceWatcher m_watcher;
 };
 
 // Of a request that still runs, when nobody waits for it any more.
@@ -113,12 +129,8 @@ void withdraw(const QString &portal, const QString &path, const QDBusConnection 
 
 QCoro::Task<PortalCompose> ended(std::shared_ptr<Response> response, std::stop_token stop)
 {
-    {
-        const std::stop_callback breakOff(
-            stop, [response] { postToMainThread([response] { response->wakeup.fire(); }); });
-        co_await response->wakeup;
-    }
-    throwIfStopped(stop);
+    std::shared_ptr<Wakeup> wakeup(response, &response->wakeup);
+    co_await woken(std::move(wakeup), std::move(stop));
     co_return PortalCompose(response->outcome);
 }
 

@@ -1,3 +1,4 @@
+import QtQuick
 import Velarc
 
 // The small menu of the rest of the program.
@@ -17,6 +18,7 @@ Sheet {
         anchors.fill: parent
         implicitHeight: contentHeight
         padding: Theme.space3
+        topPadding: Theme.space1
         spacing: Theme.space3
 
         MoreSection {

@@ -14,7 +14,7 @@ FocusScope {
     signal picked(int index)
 
     implicitHeight: Theme.controlHeight + 4
-    implicitWidth: row.implicitWidth + 6
+    implicitWidth: row.widest * labels.length + 6
     Accessible.role: Accessible.Grouping
     Accessible.name: title
 
@@ -39,7 +39,6 @@ FocusScope {
         x: 3
         y: 3
         width: picker.width - 6
-        implicitWidth: widest * repeater.count
 
         // qmllint disable unqualified
         Repeater {
@@ -59,8 +58,7 @@ FocusScope {
                 autoExclusive: false
                 checkable: false
                 checked: index === picker.currentIndex
-                focusPolicy: checked ? Qt.StrongFocus : Qt.ClickFocus
-                activeFocusOnTab: checked
+                focusPolicy: checked || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
                 focus: checked
                 hoverEnabled: true
                 text: modelData
@@ -70,6 +68,7 @@ FocusScope {
                 Keys.onRightPressed: picker.step(1)
                 Accessible.role: Accessible.RadioButton
                 Accessible.name: text
+                Accessible.checkable: true
                 Accessible.checked: checked
                 Accessible.onPressAction: segment.clicked()
 
