@@ -1,5 +1,6 @@
 // What other programs of the session get when a result is shared.
 
+#include "base/errors.h"
 #include "support/outcome.h"
 #include "support/wait_until.h"
 #include "ui/desktop_sharing.h"

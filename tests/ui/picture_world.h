@@ -14,6 +14,21 @@ class PictureWorld final : public UiWorld
 public:
     void TestBody() override {}
 
+    // What scenes are made of.
+    using UiWorld::actionNamed;
+    using UiWorld::click;
+    using UiWorld::clock;
+    using UiWorld::gemini;
+    using UiWorld::itemCalled;
+    using UiWorld::letRunGoOn;
+    using UiWorld::openAI;
+    using UiWorld::press;
+    using UiWorld::screens;
+    using UiWorld::settle;
+    using UiWorld::type;
+    using UiWorld::viewModel;
+    using UiWorld::window;
+
     [[nodiscard]] QImage make(
         const std::function<void(PictureWorld &)> &scene, Look look, QSize size)
     {
