@@ -1,6 +1,7 @@
 // Makes a picture of a screen: velarc_screen_picture SCREEN light|dark WIDTHxHEIGHT FILE.
 //
-// The scale is the one that QT_SCALE_FACTOR names. Without arguments it lists the screens.
+// The scale is the one that QT_SCALE_FACTOR names; TEXT_SCALE names how much larger text is wanted.
+// Without arguments it lists the screens.
 
 #include "ui_world.h"
 
@@ -51,6 +52,8 @@ public:
         launch();
         openWindow(size);
         setLook(look);
+        screens->appearance()->setTextScale(
+            std::max(1.0, qEnvironmentVariable("TEXT_SCALE").toDouble()));
         scenes().at(scene)(*this);
         settle();
         const QImage made = picture();
