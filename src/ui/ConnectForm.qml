@@ -6,10 +6,11 @@ FocusScope {
     id: form
 
     readonly property ConnectPresenter presenter: Screens.connectSheet
-    readonly property Item lastPart: submit
+    readonly property Item submitButton: submit
+    readonly property Item errorCard: problem
 
-    // It became taller.
-    signal grown
+    // The error card came, or became taller.
+    signal errorShown
 
     implicitHeight: column.implicitHeight
 
@@ -26,12 +27,6 @@ FocusScope {
 
         function onOpened() {
             form.clear();
-        }
-
-        function onErrorTextChanged() {
-            if (form.presenter.hasError) {
-                Qt.callLater(form.grown);
-            }
         }
     }
 
@@ -65,8 +60,13 @@ FocusScope {
         }
 
         ConnectError {
+            id: problem
+
             width: parent.width
             visible: form.presenter.hasError
+            onYChanged: form.errorShown()
+            onHeightChanged: form.errorShown()
+            onVisibleChanged: form.errorShown()
         }
 
         Button {

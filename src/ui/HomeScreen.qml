@@ -75,9 +75,11 @@ FocusScope {
         maximumContentWidth: Theme.contentWidth
 
         Loader {
+            readonly property real roomForInput: home.presenter.phase === HomePresenter.Input
+                ? scroll.height - 2 * scroll.padding : 0
+
             width: parent.width
-            height: item !== null ? Math.max(item.implicitHeight, home.presenter.phase
-                === HomePresenter.Input ? scroll.height - 2 * scroll.padding : 0) : 0
+            height: Math.max((item as Item)?.implicitHeight ?? 0, roomForInput)
             sourceComponent: [inputPhase, processingPhase, outputPhase][home.presenter.phase]
         }
     }

@@ -35,6 +35,8 @@ public:
         launch();
         openWindow(size);
         setLook(look);
+        screens->appearance()->setTextScale(
+            std::max(1.0, qEnvironmentVariable("TEXT_SCALE").toDouble()));
         scene(*this);
         settle();
         return picture();

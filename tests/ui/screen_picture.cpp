@@ -1,7 +1,8 @@
 // Makes a picture of a screen: velarc_screen_picture SCREEN light|dark WIDTHxHEIGHT FILE; or of
 // all, light and dark: velarc_screen_picture --all WIDTHxHEIGHT FOLDER SUFFIX.
 //
-// The scale is the one that QT_SCALE_FACTOR names. Without arguments it lists the screens.
+// The scale is the one that QT_SCALE_FACTOR names; TEXT_SCALE names how much larger text is wanted.
+// Without arguments it lists the screens.
 
 #include "picture_world.h"
 
