@@ -164,8 +164,7 @@ QCoro::Task<ShareOutcome> mailText(QString text, std::stop_token stop)
     ComposeDraft draft;
     draft.body = std::move(text);
     CommunicationComposeService service;
-    const ComposeOutcome outcome =
-        co_await service.composeMail(std::move(draft), std::move(stop));
+    const ComposeOutcome outcome = co_await service.composeMail(std::move(draft), std::move(stop));
     co_return outcome == ComposeOutcome::Closed ? ShareOutcome::Cancelled : ShareOutcome::Done;
 }
 
@@ -180,8 +179,8 @@ QCoro::Task<ShareOutcome> mailFile(QUrl file, QDBusConnection bus, std::stop_tok
     PortalCall asked;
     asked.interface = kEmail;
     asked.method = u"ComposeEmail"_s;
-    asked.options = {{u"subject"_s, file.fileName()},
-        {u"attachment_fds"_s, QVariant::fromValue(attachments)}};
+    asked.options = {
+        {u"subject"_s, file.fileName()}, {u"attachment_fds"_s, QVariant::fromValue(attachments)}};
     co_return co_await ask(std::move(asked), std::move(bus), std::move(stop));
 }
 

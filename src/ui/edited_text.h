@@ -28,7 +28,8 @@ public:
     // The user changed it. A binding of `text` stays.
     Q_INVOKABLE void edit(const QString &text) { setText(text); }
 
-    // Replaces a part of the text by the clipboard's if that makes it long, and says whether it did.
+    // Replaces a part of the text by the clipboard's if that makes it long, and says whether it
+    // did.
     Q_INVOKABLE bool pasteIfLong(int selectionStart, int selectionEnd);
 
 Q_SIGNALS:

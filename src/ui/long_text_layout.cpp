@@ -65,8 +65,9 @@ void LongTextLayout::setText(QString text)
 {
     const TextBlocks before = std::exchange(m_blocks, TextBlocks(std::move(text)));
     const QString &now = m_blocks.text();
-    const auto same = std::mismatch(before.text().cbegin(), before.text().cend(), now.cbegin(),
-        now.cend()).second - now.cbegin();
+    const auto same =
+        std::mismatch(before.text().cbegin(), before.text().cend(), now.cbegin(), now.cend()).second
+        - now.cbegin();
     // What stands before a change keeps its height, so that nothing jumps while somebody types.
     std::size_t kept = 0;
     while (kept < m_lines.size() && static_cast<qsizetype>(kept) < m_blocks.count()
@@ -115,6 +116,8 @@ void LongTextLayout::start()
 {
     const auto count = static_cast<std::size_t>(m_blocks.count());
     m_laid.clear();
+    m_firstSeen = 0;
+    m_endSeen = 0;
     m_isCut = false;
     m_isMeasured.assign(count, false);
     m_lines.resize(count);
@@ -134,8 +137,8 @@ int LongTextLayout::estimatedLines(const TextBlock &block) const
     return std::max(block.paragraphs, static_cast<int>(std::ceil(filled)));
 }
 
-// Under a limit the height is known at once: only the blocks that hold the first lines are measured,
-// and what lies behind does not count.
+// Under a limit the height is known at once: only the blocks that hold the first lines are
+// measured, and what lies behind does not count.
 void LongTextLayout::layOutLimited()
 {
     if (m_lineLimit == 0 || m_width <= 0) {
@@ -149,6 +152,7 @@ void LongTextLayout::layOutLimited()
         ++index;
     }
     m_isCut = lines > m_lineLimit;
+    m_endSeen = index;
     std::fill(m_lines.begin() + index, m_lines.end(), 0);
     countLinesFrom(0);
 }
@@ -242,8 +246,8 @@ qreal LongTextLayout::layOut(qreal top, qreal bottom)
     }
     const qsizetype first = blockAt(top);
     auto seen = m_laid.lower_bound(first);
-    const qsizetype anchor = seen == m_laid.end() || topOf(seen->first) > bottom ? first
-                                                                                : seen->first;
+    const qsizetype anchor =
+        seen == m_laid.end() || topOf(seen->first) > bottom ? first : seen->first;
     const qreal before = topOf(anchor);
     qsizetype index = first;
     while (index < m_blocks.count() && topOf(index) < bottom + topOf(anchor) - before) {
@@ -252,15 +256,17 @@ qreal LongTextLayout::layOut(qreal top, qreal bottom)
     }
     m_laid.erase(m_laid.begin(), m_laid.lower_bound(first));
     m_laid.erase(m_laid.lower_bound(index), m_laid.end());
+    m_firstSeen = first;
+    m_endSeen = index;
     return topOf(anchor) - before;
 }
 
-TextSelection LongTextLayout::laidOutPart() const
+TextSelection LongTextLayout::partInView() const
 {
-    if (m_laid.empty()) {
+    if (m_firstSeen == m_endSeen) {
         return {};
     }
-    return {m_blocks.at(m_laid.begin()->first).start, m_blocks.at(m_laid.rbegin()->first).end()};
+    return {m_blocks.at(m_firstSeen).start, m_blocks.at(m_endSeen - 1).end()};
 }
 
 const LongTextLayout::Paragraph &LongTextLayout::paragraphOf(qsizetype position, qsizetype *block)
@@ -295,8 +301,8 @@ QRectF LongTextLayout::caretAt(qsizetype position)
     }
     qsizetype block = 0;
     const Paragraph &paragraph = paragraphOf(position, &block);
-    const auto inside = static_cast<int>(std::min<qsizetype>(
-        position - paragraph.start, paragraph.layout->text().size()));
+    const auto inside = static_cast<int>(
+        std::min<qsizetype>(position - paragraph.start, paragraph.layout->text().size()));
     const QTextLine line = paragraph.layout->lineForTextPosition(inside);
     const int number = line.isValid() ? line.lineNumber() : 0;
     return {line.isValid() ? line.cursorToX(inside) : 0,

@@ -21,8 +21,7 @@ static_assert(std::is_same_v<EngineState,
     std::variant<EngineReady, EngineProcessing, EngineResult, EngineError>>);
 
 // By the alternatives of ResultPayload.
-constexpr std::array kBodies{
-    ResultPresenter::Text, ResultPresenter::Picture, ResultPresenter::Pdf};
+constexpr std::array kBodies{ResultPresenter::Text, ResultPresenter::Picture, ResultPresenter::Pdf};
 static_assert(std::is_same_v<ResultPayload, std::variant<TextPayload, ImagePayload, PdfPayload>>);
 
 const ResultPayload *payloadOf(const EngineState &state)

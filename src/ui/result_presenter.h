@@ -54,8 +54,8 @@ class ResultPresenter : public QObject
     Q_PROPERTY(bool isDetailsExpanded MEMBER m_isDetailsExpanded NOTIFY viewChanged)
     Q_PROPERTY(bool isTechnicalExpanded MEMBER m_isTechnicalExpanded NOTIFY viewChanged)
     Q_PROPERTY(int debugTab READ debugTab WRITE setDebugTab NOTIFY debugInfoChanged)
-    Q_PROPERTY(QString refinePrompt READ refinePrompt WRITE setRefinePrompt NOTIFY
-            refinePromptChanged)
+    Q_PROPERTY(
+        QString refinePrompt READ refinePrompt WRITE setRefinePrompt NOTIFY refinePromptChanged)
     Q_PROPERTY(bool canRefine READ canRefine NOTIFY refinePromptChanged)
 
 public:
@@ -83,8 +83,8 @@ public:
     Q_ENUM(DebugTab)
 
     // `shown` takes the decoded picture of a result to the screen.
-    ResultPresenter(AppViewModel &viewModel, std::shared_ptr<ShownPicture> shown,
-        QObject *parent = nullptr);
+    ResultPresenter(
+        AppViewModel &viewModel, std::shared_ptr<ShownPicture> shown, QObject *parent = nullptr);
     ~ResultPresenter() override;
 
     [[nodiscard]] Display display() const;

@@ -131,8 +131,8 @@ QCoro::Task<void> take(Handle members, TaskScope::Ticket /*membership*/, Way way
     }
 }
 
-QCoro::Task<SaveReport> written(Handle members, QString path, Existing existing,
-    std::stop_token stop)
+QCoro::Task<SaveReport> written(
+    Handle members, QString path, Existing existing, std::stop_token stop)
 {
     auto work = [payload = *members->payload, path, existing](
                     const std::stop_token &) { return saveResult(payload, path, existing); };
@@ -176,8 +176,7 @@ QCoro::Task<void> saveToSheetPath(
 
 void showSaveSheet(SharePresenter::Members &members)
 {
-    members.savePath =
-        QStandardPaths::writableLocation(QStandardPaths::DownloadLocation) + u'/'
+    members.savePath = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation) + u'/'
         + suggestedFileName(*members.payload);
     members.replacesFile = false;
     members.showSheet({});
@@ -255,8 +254,8 @@ void SharePresenter::followResult()
     setIsSaveSheetPresented(false);
     Q_EMIT offerChanged();
     if (payload != nullptr) {
-        static_cast<void>(findOut(m_members, members.viewModel->tasks().enter(members.stop),
-            members.stop.get_token()));
+        static_cast<void>(findOut(
+            m_members, members.viewModel->tasks().enter(members.stop), members.stop.get_token()));
     }
 }
 

@@ -62,8 +62,7 @@ public:
         QUrl file, OpenChoice choice, std::stop_token stop) = 0;
     [[nodiscard]] virtual QCoro::Task<ShareOutcome> showInFolder(
         QUrl file, std::stop_token stop) = 0;
-    [[nodiscard]] virtual QCoro::Task<ShareOutcome> mail(
-        SharedMail mail, std::stop_token stop) = 0;
+    [[nodiscard]] virtual QCoro::Task<ShareOutcome> mail(SharedMail mail, std::stop_token stop) = 0;
 };
 
 } // namespace velarc

@@ -19,8 +19,8 @@ struct TextBlock
 };
 
 // Cuts a text behind line feeds. A paragraph that is too long is cut between words, or where it has
-// none between characters as users see them. Even an empty text has one block; a text that ends in a
-// line feed has an empty one at its end.
+// none between characters as users see them. Even an empty text has one block; a text that ends in
+// a line feed has an empty one at its end.
 class TextBlocks
 {
 public:

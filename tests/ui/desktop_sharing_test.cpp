@@ -1,5 +1,6 @@
 // What other programs of the session get when a result is shared.
 
+#include "base/errors.h"
 #include "support/outcome.h"
 #include "support/wait_until.h"
 #include "ui/desktop_sharing.h"
@@ -41,8 +42,8 @@ QByteArray contentOf(const QDBusUnixFileDescriptor &descriptor)
 class Desktop final : public QDBusVirtualObject
 {
 public:
-    std::map<QString, uint> versions{{u"org.freedesktop.portal.OpenURI"_s, 3},
-        {u"org.freedesktop.portal.Email"_s, 4}};
+    std::map<QString, uint> versions{
+        {u"org.freedesktop.portal.OpenURI"_s, 3}, {u"org.freedesktop.portal.Email"_s, 4}};
     std::optional<uint> response = kGranted; // none: the user takes their time
     QStringList calls; // METHOD CONTENT-OF-THE-FILE ask
     QVariantMap options; // of the last call
@@ -78,8 +79,8 @@ public:
             const auto found = versions.find(arguments.value(0).toString());
             m_bus.send(found == versions.end()
                     ? message.createErrorReply(QDBusError::InvalidArgs, u"none"_s)
-                    : message.createReply(QVariant::fromValue(
-                        QDBusVariant(QVariant(found->second)))));
+                    : message.createReply(
+                        QVariant::fromValue(QDBusVariant(QVariant(found->second)))));
         } else if (message.member() == u"ShowItems"_s) {
             calls.append(u"ShowItems "_s + arguments.value(0).toStringList().join(u' '));
             m_bus.send(message.createReply());
@@ -102,8 +103,7 @@ private:
         QString call = message.member();
         if (arguments.size() == 3) {
             call += u' '
-                + QString::fromUtf8(
-                    contentOf(arguments.at(1).value<QDBusUnixFileDescriptor>()));
+                + QString::fromUtf8(contentOf(arguments.at(1).value<QDBusUnixFileDescriptor>()));
         }
         calls.append(call);
         const QString path = u"/org/freedesktop/portal/desktop/request/"_s
@@ -111,8 +111,8 @@ private:
             + options.value(u"handle_token"_s).toString();
         m_bus.send(message.createReply(QVariant::fromValue(QDBusObjectPath(path))));
         if (response) {
-            QDBusMessage signal = QDBusMessage::createTargetedSignal(message.service(), path,
-                u"org.freedesktop.portal.Request"_s, u"Response"_s);
+            QDBusMessage signal = QDBusMessage::createTargetedSignal(
+                message.service(), path, u"org.freedesktop.portal.Request"_s, u"Response"_s);
             signal.setArguments({*response, QVariantMap()});
             m_bus.send(signal);
         }
@@ -187,11 +187,11 @@ TEST_F(DesktopSharingTest, aFileManagerAloneShowsFilesAndNoMore)
 TEST_F(DesktopSharingTest, thePortalGetsTheFileItselfAndAsksWhereItIsTold)
 {
     Desktop desktop({kPortal});
-    EXPECT_EQ(outcomeOf(sharing.open(file, OpenChoice::Asked, stop.get_token())),
-        ShareOutcome::Done);
+    EXPECT_EQ(
+        outcomeOf(sharing.open(file, OpenChoice::Asked, stop.get_token())), ShareOutcome::Done);
     EXPECT_TRUE(desktop.options.value(u"ask"_s).toBool());
-    EXPECT_EQ(outcomeOf(sharing.open(file, OpenChoice::Usual, stop.get_token())),
-        ShareOutcome::Done);
+    EXPECT_EQ(
+        outcomeOf(sharing.open(file, OpenChoice::Usual, stop.get_token())), ShareOutcome::Done);
     EXPECT_FALSE(desktop.options.value(u"ask"_s).toBool());
     EXPECT_EQ(desktop.calls, (QStringList{u"OpenFile hello"_s, u"OpenFile hello"_s}));
 }
@@ -203,16 +203,16 @@ TEST_F(DesktopSharingTest, theUsersNoIsNoFailure)
     EXPECT_EQ(outcomeOf(sharing.open(file, OpenChoice::Asked, stop.get_token())),
         ShareOutcome::Cancelled);
     desktop.response = kOther;
-    EXPECT_EQ(outcomeOf(sharing.open(file, OpenChoice::Asked, stop.get_token())),
-        ShareOutcome::Failed);
+    EXPECT_EQ(
+        outcomeOf(sharing.open(file, OpenChoice::Asked, stop.get_token())), ShareOutcome::Failed);
 }
 
 TEST_F(DesktopSharingTest, aFileThatHasGoneIsAFailure)
 {
     Desktop desktop({kPortal});
     QFile::remove(file.toLocalFile());
-    EXPECT_EQ(outcomeOf(sharing.open(file, OpenChoice::Asked, stop.get_token())),
-        ShareOutcome::Failed);
+    EXPECT_EQ(
+        outcomeOf(sharing.open(file, OpenChoice::Asked, stop.get_token())), ShareOutcome::Failed);
     EXPECT_EQ(outcomeOf(sharing.mail({QString(), file}, stop.get_token())), ShareOutcome::Failed);
     EXPECT_EQ(desktop.calls, QStringList());
 }
@@ -221,8 +221,8 @@ TEST_F(DesktopSharingTest, withoutAPortalTheFileIsOpenedByItsKind)
 {
     installOpener();
     EXPECT_TRUE(outcomeOf(sharing.means(stop.get_token())).opens);
-    EXPECT_EQ(outcomeOf(sharing.open(file, OpenChoice::Asked, stop.get_token())),
-        ShareOutcome::Done);
+    EXPECT_EQ(
+        outcomeOf(sharing.open(file, OpenChoice::Asked, stop.get_token())), ShareOutcome::Done);
     EXPECT_EQ(seenByOpener(), file.toLocalFile());
 }
 
@@ -230,8 +230,7 @@ TEST_F(DesktopSharingTest, theFileManagerIsToldWhichFileToMark)
 {
     Desktop desktop({kPortal, kFileManager});
     EXPECT_EQ(outcomeOf(sharing.showInFolder(file, stop.get_token())), ShareOutcome::Done);
-    EXPECT_EQ(desktop.calls,
-        QStringList(u"ShowItems "_s + QString::fromUtf8(file.toEncoded())));
+    EXPECT_EQ(desktop.calls, QStringList(u"ShowItems "_s + QString::fromUtf8(file.toEncoded())));
 }
 
 TEST_F(DesktopSharingTest, withoutAFileManagerThePortalShowsTheFolder)
@@ -254,8 +253,8 @@ TEST_F(DesktopSharingTest, aFileIsMailedAsAnAttachment)
     EXPECT_EQ(outcomeOf(sharing.mail({QString(), file}, stop.get_token())), ShareOutcome::Done);
     EXPECT_EQ(desktop.calls, QStringList(u"ComposeEmail"_s));
     EXPECT_EQ(desktop.options.value(u"subject"_s).toString(), u"a result.txt"_s);
-    const auto attachments = qdbus_cast<QList<QDBusUnixFileDescriptor>>(
-        desktop.options.value(u"attachment_fds"_s));
+    const auto attachments =
+        qdbus_cast<QList<QDBusUnixFileDescriptor>>(desktop.options.value(u"attachment_fds"_s));
     ASSERT_EQ(attachments.size(), 1);
     EXPECT_EQ(contentOf(attachments.first()), "hello");
 }
@@ -272,8 +271,7 @@ TEST_F(DesktopSharingTest, aStopWithdrawsTheQuestion)
 {
     Desktop desktop({kPortal});
     desktop.response.reset();
-    QCoro::Task<ShareOutcome> opening =
-        sharing.open(file, OpenChoice::Asked, stop.get_token());
+    QCoro::Task<ShareOutcome> opening = sharing.open(file, OpenChoice::Asked, stop.get_token());
     EXPECT_TRUE(waitUntil([&] { return !desktop.calls.isEmpty(); }));
     stop.request_stop();
     EXPECT_THROW(outcomeOf(std::move(opening)), CancellationError);

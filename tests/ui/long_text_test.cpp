@@ -58,7 +58,8 @@ TEST(TextBlocks, aParagraphWithoutAnEndIsCutBetweenWords)
 
 TEST(TextBlocks, noCharacterIsCutInTwo)
 {
-    const QString family = u"\U0001F468\u200D\U0001F469\u200D\U0001F467"_s; // one to see, eight units
+    const QString family =
+        u"\U0001F468\u200D\U0001F469\u200D\U0001F467"_s; // one to see, eight units
     const TextBlocks blocks(u'x' + family.repeated(5'000));
     ASSERT_GT(blocks.count(), 2);
     for (qsizetype index = 1; index < blocks.count(); ++index) {
@@ -129,9 +130,9 @@ TEST_F(LongTextLayoutTest, onlyWhatIsLookedAtIsLaidOut)
 {
     layout.setText(paragraphs(60'000));
     layout.layOut(0, 800);
-    EXPECT_LT(layout.laidOutPart().end, 10'000);
+    EXPECT_LT(layout.partInView().end, 10'000);
     layout.layOut(100'000, 100'800);
-    const TextSelection part = layout.laidOutPart();
+    const TextSelection part = layout.partInView();
     EXPECT_GT(part.start, 10'000);
     EXPECT_LT(part.end - part.start, 10'000);
 }

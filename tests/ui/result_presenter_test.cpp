@@ -22,8 +22,8 @@ QByteArray pngOf(QSize size)
 
 GenerationDebugInfo someInfo()
 {
-    return {u"the request"_s, u"the response"_s,
-        {{u"Model"_s, u"four"_s}, {u"Endpoint"_s, u"  "_s}}};
+    return {
+        u"the request"_s, u"the response"_s, {{u"Model"_s, u"four"_s}, {u"Endpoint"_s, u"  "_s}}};
 }
 
 class ResultPresenterTest : public AppWorld
@@ -175,8 +175,8 @@ TEST_F(ResultPresenterTest, aBlankFactIsShownAsEmpty)
 
 TEST_F(ResultPresenterTest, factsOfOneNameAreAllShown)
 {
-    viewModel->setLatestRunDebugInfo(GenerationDebugInfo{
-        {}, {}, {{u"Try"_s, u"1"_s}, {u"Try"_s, u"2"_s}, {u"Try"_s, u"2"_s}}});
+    viewModel->setLatestRunDebugInfo(
+        GenerationDebugInfo{{}, {}, {{u"Try"_s, u"1"_s}, {u"Try"_s, u"2"_s}, {u"Try"_s, u"2"_s}}});
     EXPECT_EQ(infoLines(), (QStringList{u"Try=1"_s, u"Try=2"_s, u"Try=2"_s}));
 }
 

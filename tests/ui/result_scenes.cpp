@@ -94,7 +94,8 @@ Scenes resultScenes()
 {
     using Tab = ResultPresenter;
     return {
-        {u"result-short"_s, [](World &world) { show(world, TextPayload{u"The ferry is late."_s}); }},
+        {u"result-short"_s,
+            [](World &world) { show(world, TextPayload{u"The ferry is late."_s}); }},
         {u"result-long"_s, [](World &world) { show(world, longText(4'000)); }},
         {u"result-expanded"_s,
             [](World &world) {
@@ -109,14 +110,15 @@ Scenes resultScenes()
             }},
         {u"result-hebrew"_s,
             [](World &world) {
-                show(world, TextPayload{u"\u05E9\u05DC\u05D5\u05DD \u05E2\u05D5\u05DC\u05DD\n"_s.repeated(3)
+                show(world,
+                    TextPayload{u"\u05E9\u05DC\u05D5\u05DD \u05E2\u05D5\u05DC\u05DD\n"_s.repeated(3)
                         + kSentence});
             }},
         {u"result-selected"_s,
             [](World &world) {
                 show(world, longText(600));
-                world.window->findChild<QQuickItem *>(u"longText"_s)->forceActiveFocus(
-                    Qt::TabFocusReason);
+                world.window->findChild<QQuickItem *>(u"longText"_s)
+                    ->forceActiveFocus(Qt::TabFocusReason);
                 world.press(Qt::Key_A, Qt::ControlModifier);
             }},
         {u"result-request"_s, [](World &world) { showDetails(world, Tab::Request); }},
@@ -135,7 +137,8 @@ Scenes resultScenes()
             }},
         {u"result-pdf-long"_s,
             [](World &world) {
-                const QString name = u"A file of a name that is longer than the window "_s.repeated(5);
+                const QString name =
+                    u"A file of a name that is longer than the window "_s.repeated(5);
                 show(world, PdfPayload{QUrl::fromLocalFile(u"/tmp/"_s + name + u".pdf"_s), {}});
             }},
         {u"result-share"_s,
@@ -150,22 +153,22 @@ Scenes resultScenes()
                 world.settle();
                 world.screens->share()->setSavePath(u"/"_s);
                 world.screens->share()->save();
-                static_cast<void>(waitUntil(
-                    [&] { return !world.screens->share()->saveProblem().isEmpty(); }));
+                static_cast<void>(
+                    waitUntil([&] { return !world.screens->share()->saveProblem().isEmpty(); }));
             }},
         {u"error"_s,
             [](World &world) {
-                fail(world, u"Request failed for provider OpenAI."_s, kSentence.repeated(7).first(400));
+                fail(world, u"Request failed for provider OpenAI."_s,
+                    kSentence.repeated(7).first(400));
             }},
         {u"error-technical"_s,
             [](World &world) {
-                fail(world, u"Request failed for provider OpenAI."_s, kSentence.repeated(7).first(400));
+                fail(world, u"Request failed for provider OpenAI."_s,
+                    kSentence.repeated(7).first(400));
                 set(world, "isTechnicalExpanded", true);
             }},
         {u"error-long"_s,
-            [](World &world) {
-                fail(world, kSentence.repeated(7).first(400), QString());
-            }},
+            [](World &world) { fail(world, kSentence.repeated(7).first(400), QString()); }},
         {u"error-connect"_s,
             [](World &world) {
                 world.viewModel->setSuggestedConnectionProvider(AIProvider::Anthropic);
@@ -180,7 +183,8 @@ Scenes resultScenes()
             [](World &world) {
                 AIAction action = world.viewModel->actions().constFirst();
                 action.id = QUuid::createUuid();
-                action.name = u"An action whose name is much longer than any row of it is "_s.repeated(3);
+                action.name =
+                    u"An action whose name is much longer than any row of it is "_s.repeated(3);
                 world.viewModel->library().importActions({action});
                 world.viewModel->library().selectAction(action.id);
                 world.viewModel->setEngineState(

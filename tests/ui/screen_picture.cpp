@@ -1,5 +1,5 @@
-// Makes a picture of a screen: velarc_screen_picture SCREEN light|dark WIDTHxHEIGHT FILE; or of all,
-// light and dark: velarc_screen_picture --all WIDTHxHEIGHT FOLDER SUFFIX.
+// Makes a picture of a screen: velarc_screen_picture SCREEN light|dark WIDTHxHEIGHT FILE; or of
+// all, light and dark: velarc_screen_picture --all WIDTHxHEIGHT FOLDER SUFFIX.
 //
 // The scale is the one that QT_SCALE_FACTOR names. Without arguments it lists the screens.
 
@@ -44,10 +44,12 @@ Scenes sharedScenes()
         {u"studio-long"_s,
             [](World &world) {
                 AIAction action = builtInActions().constFirst();
-                action.name = u"An action whose name is much longer than any field of it is "_s.repeated(3);
+                action.name =
+                    u"An action whose name is much longer than any field of it is "_s.repeated(3);
                 action.icon = u"bolt"_s;
                 action.provider = AIProvider::Gemini;
-                action.systemPrompt = u"A line of the prompt that is rather long. {User_Input}\n"_s.repeated(40);
+                action.systemPrompt =
+                    u"A line of the prompt that is rather long. {User_Input}\n"_s.repeated(40);
                 action.skills = {u"email-drafting"_s, u"a-tag-of-many-words-"_s.repeated(8)};
                 world.viewModel->library().editAction(action);
             }},
@@ -62,7 +64,8 @@ Scenes sharedScenes()
             }},
         {u"studio-end"_s,
             [](World &world) {
-                world.viewModel->library().editAction(world.actionNamed(u"Invoice Follow-Up Message"_s));
+                world.viewModel->library().editAction(
+                    world.actionNamed(u"Invoice Follow-Up Message"_s));
                 world.settle();
                 world.itemCalled(u"Destination"_s)->forceActiveFocus(Qt::TabFocusReason);
                 world.settle();
@@ -85,7 +88,8 @@ Scenes sharedScenes()
         {u"library-deleted"_s,
             [](World &world) {
                 AIAction action = world.viewModel->actions().at(2);
-                action.name = u"An action whose name is much longer than any row of it is "_s.repeated(3);
+                action.name =
+                    u"An action whose name is much longer than any row of it is "_s.repeated(3);
                 world.viewModel->library().importActions({action});
                 world.viewModel->setIsActionLibraryPresented(true);
                 world.viewModel->library().togglePin(action.id);
@@ -102,11 +106,15 @@ Scenes sharedScenes()
                 AIAction fresh = world.viewModel->actions().at(1);
                 fresh.id = QUuid::createUuid();
                 if (file.open(QIODevice::WriteOnly)) {
-                    file.write(writeActions({other, fresh, world.viewModel->actions().at(3)}).chopped(1) + ",{\"name\":\"Odd\",\"sortOrder\":true},7]");
+                    file.write(
+                        writeActions({other, fresh, world.viewModel->actions().at(3)}).chopped(1)
+                        + ",{\"name\":\"Odd\",\"sortOrder\":true},7]");
                     file.close();
                 }
                 world.screens->transfer()->importDropped({QUrl::fromLocalFile(file.fileName())});
-                static_cast<void>(waitUntil([&] { return world.screens->transfer()->stage() == TransferPresenter::Previewing; }));
+                static_cast<void>(waitUntil([&] {
+                    return world.screens->transfer()->stage() == TransferPresenter::Previewing;
+                }));
                 file.remove();
             }},
         {u"library-path"_s,
@@ -117,8 +125,10 @@ Scenes sharedScenes()
         {u"usage-full"_s,
             [](World &world) {
                 DailyUsageLedger ledger = world.viewModel->dailyUsageLedger();
-                ledger.record(AIProvider::OpenAI, u"gpt-5"_s, {1200, 350, 1550}, world.clock->now());
-                ledger.record(AIProvider::Anthropic, u"claude-opus-4-1-20250805"_s, {90000000, 41000, 90041000}, world.clock->now());
+                ledger.record(
+                    AIProvider::OpenAI, u"gpt-5"_s, {1200, 350, 1550}, world.clock->now());
+                ledger.record(AIProvider::Anthropic, u"claude-opus-4-1-20250805"_s,
+                    {90000000, 41000, 90041000}, world.clock->now());
                 world.viewModel->setDailyUsageLedger(ledger);
                 world.viewModel->setIsUsagePresented(true);
             }},
@@ -196,8 +206,8 @@ int main(int argc, char **argv)
         return 2;
     }
     const QSize size(extent.at(0).toInt(), extent.at(1).toInt());
-    return wantsAll ? makeAll(size, arguments.at(3), arguments.at(4))
-                    : makePicture(arguments.at(1),
-                        arguments.at(2) == u"dark"_s ? Look::Dark : Look::Light, size,
-                        arguments.at(4));
+    return wantsAll
+        ? makeAll(size, arguments.at(3), arguments.at(4))
+        : makePicture(arguments.at(1), arguments.at(2) == u"dark"_s ? Look::Dark : Look::Light,
+            size, arguments.at(4));
 }

@@ -46,8 +46,8 @@ protected:
     // What was begun is done, or waits at the gate.
     void settle()
     {
-        EXPECT_TRUE(waitUntil(
-            [this] { return scope->running() == 0 || desktop->gate.waiting() > 0; }));
+        EXPECT_TRUE(
+            waitUntil([this] { return scope->running() == 0 || desktop->gate.waiting() > 0; }));
     }
 
     [[nodiscard]] QString path(const QString &name) const { return folder.filePath(name); }
@@ -261,8 +261,7 @@ TEST_F(SharePresenterTest, aFileIsReplacedOnlyAfterTheUserWasAsked)
     EXPECT_EQ(contentOf(path(u"there.txt"_s)), "mine");
     EXPECT_TRUE(presenter->isSaveSheetPresented());
     EXPECT_TRUE(presenter->replacesFile());
-    EXPECT_EQ(
-        presenter->saveProblem(), u"There is a file of that name already. Replace it?"_s);
+    EXPECT_EQ(presenter->saveProblem(), u"There is a file of that name already. Replace it?"_s);
     presenter->setSavePath(path(u"other.txt"_s)); // another name is another question
     EXPECT_FALSE(presenter->replacesFile());
     saveTo(path(u"there.txt"_s));
