@@ -81,10 +81,8 @@ UDate toICU(Instant instant)
     return static_cast<UDate>(whole.time_since_epoch().count());
 }
 
-QString dateShortTime(Instant instant, icu::DateFormat::EStyle dateStyle)
+QString formatted(const std::unique_ptr<icu::DateFormat> &format, Instant instant)
 {
-    const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createDateTimeInstance(
-        dateStyle, icu::DateFormat::kShort, environmentLocale("LC_TIME")));
     if (!format) {
         return iso8601(instant);
     }
@@ -92,6 +90,13 @@ QString dateShortTime(Instant instant, icu::DateFormat::EStyle dateStyle)
     icu::UnicodeString text;
     format->format(toICU(instant), text);
     return toQString(text);
+}
+
+QString dateShortTime(Instant instant, icu::DateFormat::EStyle dateStyle)
+{
+    const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createDateTimeInstance(
+        dateStyle, icu::DateFormat::kShort, environmentLocale("LC_TIME")));
+    return formatted(format, instant);
 }
 
 } // namespace
@@ -104,6 +109,13 @@ QString longDateShortTime(Instant instant)
 QString mediumDateShortTime(Instant instant)
 {
     return dateShortTime(instant, icu::DateFormat::kMedium);
+}
+
+QString shortTime(Instant instant)
+{
+    const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createTimeInstance(
+        icu::DateFormat::kShort, environmentLocale("LC_TIME")));
+    return formatted(format, instant);
 }
 
 QString localDayKey(Instant instant)

@@ -36,6 +36,7 @@ ConnectionServices connectionServicesOf(
     connections.anthropicService = services.anthropicService;
     connections.onDeviceModel = services.onDeviceModel;
     connections.library = std::move(library);
+    connections.scope = services.scope;
     return connections;
 }
 

@@ -51,6 +51,8 @@ public:
     // Runs in flight are stopped and end without touching anything.
     ~AppViewModel() override;
 
+    [[nodiscard]] Instant now() const { return m_services.clock->now(); }
+
     // Runs.
     Q_INVOKABLE void runSelectedAction() { m_pipeline->runSelectedAction(); }
     Q_INVOKABLE void cancelRun() { m_pipeline->cancelRun(); }
@@ -58,8 +60,8 @@ public:
     Q_INVOKABLE void restart() { m_pipeline->restart(); }
     Q_INVOKABLE void runRefine() { m_pipeline->runRefine(); }
     Q_INVOKABLE void retryRun() { m_pipeline->retryRun(); }
-    Q_INVOKABLE void copyResult() { m_delivery->copyResult(); }
     void copyText(const QString &text) { m_services.clipboardWriting->writeText(text); }
+    Q_INVOKABLE void copyResult() { m_delivery->copyResult(); }
     [[nodiscard]] QCoro::Task<std::optional<QUrl>> shareableFileURL(std::stop_token stop);
     void startRun(AIAction action, InputStrategy strategy);
     [[nodiscard]] QCoro::Task<ResultPayload> runForShortcut(

@@ -53,7 +53,9 @@ Sheet {
             anchors.top: bar.bottom
             width: parent.width
             visible: !sheet.isPreviewing
-            onEnded: bar.takeFocus()
+            onEnded: if (sheet.transfer.stage !== TransferPresenter.Previewing) {
+                bar.takeFocus();
+            }
         }
 
         LibraryList {
@@ -76,7 +78,7 @@ Sheet {
             sourceComponent: Component {
                 ImportPreview {}
             }
-            onLoaded: item.forceActiveFocus()
+            onLoaded: (item as Item).forceActiveFocus()
             onActiveChanged: if (!active) {
                 bar.takeFocus();
             }

@@ -19,21 +19,16 @@ Sheet {
     }
     onOpened: identity.start(presenter.isNew)
 
-    // What an input method still composes belongs to the draft.
-    function save() {
-        Qt.inputMethod.commit();
-        presenter.save();
-    }
-
     FocusScope {
         anchors.fill: parent
         focus: true
-        Keys.onReturnPressed: sheet.save()
-        Keys.onEnterPressed: sheet.save()
+        Keys.onReturnPressed: sheet.presenter.save()
+        Keys.onEnterPressed: sheet.presenter.save()
 
         ScrollArea {
             anchors.fill: parent
             padding: Theme.space5
+            topPadding: Theme.space1
             spacing: Theme.space5
 
             StudioIdentity {
@@ -71,7 +66,7 @@ Sheet {
             kind: Button.Prominent
             text: "Save Action"
             shortcutText: "Ctrl+Return"
-            onClicked: sheet.save()
+            onClicked: sheet.presenter.save()
         }
     ]
 }

@@ -6,7 +6,8 @@ Sheet {
     id: sheet
 
     preferredWidth: 760
-    preferredHeight: 640
+    preferredHeight: 680
+    accessibleName: "Engine Room"
     commands: Button {
         text: "Close"
         onClicked: sheet.close()
@@ -14,5 +15,6 @@ Sheet {
 
     EngineRoom {
         anchors.fill: parent
+        focus: true
     }
 }

@@ -5,8 +5,6 @@ import Velarc
 FocusScope {
     id: home
 
-    // A sheet stands over it.
-    property bool isCovered: false
     readonly property HomePresenter presenter: Screens.home
 
     Rectangle {
@@ -23,6 +21,24 @@ FocusScope {
             GradientStop {
                 position: 1
                 color: Theme.canvasGradient[2]
+            }
+        }
+    }
+
+    DropArea {
+        anchors.fill: parent
+        onEntered: drag => {
+            drag.accepted = drag.hasUrls || drag.hasText;
+            Screens.canvas.isDropTargeted = drag.hasUrls;
+        }
+        onExited: Screens.canvas.isDropTargeted = false
+        onDropped: drop => {
+            Screens.canvas.isDropTargeted = false;
+            drop.accept(Qt.CopyAction);
+            if (drop.hasUrls) {
+                Screens.canvas.dropFiles(drop.urls);
+            } else {
+                Screens.canvas.dropText(drop.text);
             }
         }
     }
@@ -60,23 +76,31 @@ FocusScope {
 
         Loader {
             width: parent.width
+            height: item !== null ? Math.max(item.implicitHeight, home.presenter.phase
+                === HomePresenter.Input ? scroll.height - 2 * scroll.padding : 0) : 0
             sourceComponent: [inputPhase, processingPhase, outputPhase][home.presenter.phase]
         }
     }
 
-    Label {
+    Item {
         id: note
 
         anchors.bottom: parent.bottom
-        anchors.bottomMargin: text === "" ? 0 : Theme.space2
+        anchors.bottomMargin: noteText.text === "" ? 0 : Theme.space2
         x: Math.round((home.width - width) / 2)
         width: Math.min(Theme.contentWidth, home.width - 2 * Theme.space5)
-        height: text === "" ? 30 : implicitHeight
-        style: Label.Caption
-        secondary: true
-        text: home.presenter.statusNote
-        elide: Text.ElideRight
-        wrapMode: Text.NoWrap
+        height: noteText.text === "" ? 30 : noteText.implicitHeight
+
+        Label {
+            id: noteText
+
+            width: parent.width
+            style: Label.Caption
+            secondary: true
+            text: home.presenter.statusNote
+            elide: Text.ElideRight
+            wrapMode: Text.NoWrap
+        }
     }
 
     Toast {

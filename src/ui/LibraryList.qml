@@ -7,7 +7,6 @@ FocusScope {
     id: area
 
     readonly property LibraryPresenter presenter: Screens.library
-    readonly property bool exports: Screens.transfer.stage === TransferPresenter.ChoosingAction
 
     signal leftUpwards
 
@@ -20,15 +19,7 @@ FocusScope {
 
     function chooseFirst() {
         if (list.count > 0 && presenter.query.trim() !== "") {
-            choose((list.itemAtIndex(0) as LibraryRowView)?.actionID ?? "");
-        }
-    }
-
-    function choose(actionID: string) {
-        if (exports) {
-            Screens.transfer.exportAction(actionID);
-        } else {
-            presenter.choose(actionID);
+            (list.itemAtIndex(0) as LibraryRowView)?.choose();
         }
     }
 
@@ -76,12 +67,8 @@ FocusScope {
             id: row
 
             width: ListView.view?.width ?? 0
-            focusPolicy: ListView.isCurrentItem ? Qt.StrongFocus : Qt.ClickFocus
-            onClicked: area.choose(actionID)
-            onMenuWanted: at => {
-                row.ListView.view.currentIndex = row.index;
-                menu.openFor(row, at);
-            }
+            focusPolicy: ListView.isCurrentItem || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
+            onMenuWanted: at => menu.openFor(row, at) // qmllint disable unqualified
         }
     }
 
@@ -89,6 +76,9 @@ FocusScope {
         id: menu
 
         onPinToggled: actionID => area.togglePin(actionID)
+        onClosed: if (Screens.shell.isActionLibraryPresented) {
+            list.forceActiveFocus(Qt.PopupFocusReason); // the row it stood at may have gone
+        }
     }
 
     Column {

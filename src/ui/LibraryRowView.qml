@@ -23,7 +23,8 @@ T.ItemDelegate {
     rightPadding: Theme.space3
     hoverEnabled: true
     text: name
-    onPressAndHold: menuWanted(Qt.point(pressX, pressY))
+    onClicked: choose()
+    onPressAndHold: wantMenuAt(Qt.point(pressX, pressY))
     Accessible.role: Accessible.ListItem
     Accessible.name: name
     Accessible.description: engineTag + (isPinned ? ", pinned" : "") + (isChosen ? ", selected" : "")
@@ -40,13 +41,26 @@ T.ItemDelegate {
         }
     }
 
+    function choose() {
+        if (Screens.transfer.stage === TransferPresenter.ChoosingAction) {
+            Screens.transfer.exportAction(actionID);
+        } else {
+            Screens.library.choose(actionID);
+        }
+    }
+
     function wantMenu() {
-        menuWanted(Qt.point(Theme.space8, height - Theme.space2));
+        wantMenuAt(Qt.point(Theme.space8, height - Theme.space2));
+    }
+
+    function wantMenuAt(at: point) {
+        ListView.view.currentIndex = index;
+        menuWanted(at);
     }
 
     TapHandler {
         acceptedButtons: Qt.RightButton
-        onTapped: point => row.menuWanted(point.position)
+        onTapped: point => row.wantMenuAt(point.position)
     }
 
     contentItem: Item {

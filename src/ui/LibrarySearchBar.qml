@@ -29,6 +29,13 @@ FocusScope {
         placeholderText: "Search actions"
         text: bar.presenter.query
         onTextEdited: bar.presenter.query = text
+        // While a deletion can be taken back, that goes before the last edit of the search.
+        Keys.onPressed: event => {
+            if (event.matches(StandardKey.Undo) && bar.presenter.deletionNotice !== "") {
+                event.accepted = true;
+                bar.presenter.undoRemove();
+            }
+        }
         Keys.onDownPressed: bar.leftDownwards()
         Keys.onReturnPressed: bar.chosen()
         Keys.onEnterPressed: bar.chosen()

@@ -23,7 +23,7 @@ Item {
             || pane.stage === TransferPresenter.AskingPath || pane.stage === TransferPresenter.Working
         sourceComponent: pane.stage === TransferPresenter.AskingPath ? askingPath
             : pane.stage === TransferPresenter.Working ? working : choosing
-        onLoaded: item.forceActiveFocus()
+        onLoaded: (item as Item).forceActiveFocus()
         onActiveChanged: if (!active) {
             pane.ended();
         }
@@ -49,57 +49,6 @@ Item {
     Component {
         id: askingPath
 
-        FocusScope {
-            implicitHeight: column.implicitHeight
-
-            Column {
-                id: column
-
-                width: parent.width
-                spacing: Theme.space2
-
-                Label {
-                    text: pane.transfer.pathTitle
-                    font.weight: Font.DemiBold
-                }
-
-                Item {
-                    width: parent.width
-                    implicitHeight: path.implicitHeight
-
-                    TextField {
-                        id: path
-
-                        anchors.left: parent.left
-                        anchors.right: commands.left
-                        anchors.rightMargin: Theme.space2
-                        focus: true
-                        placeholderText: "Path of the file"
-                        text: pane.transfer.path
-                        onTextEdited: pane.transfer.path = text
-                        Keys.onReturnPressed: pane.transfer.acceptPath()
-                        Keys.onEnterPressed: pane.transfer.acceptPath()
-                    }
-
-                    Row {
-                        id: commands
-
-                        anchors.right: parent.right
-                        spacing: Theme.space2
-
-                        Button {
-                            text: "Cancel"
-                            onClicked: pane.transfer.cancel()
-                        }
-
-                        Button {
-                            kind: Button.Prominent
-                            text: pane.transfer.pathCommand
-                            onClicked: pane.transfer.acceptPath()
-                        }
-                    }
-                }
-            }
-        }
+        LibraryPathForm {}
     }
 }

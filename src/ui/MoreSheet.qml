@@ -18,6 +18,7 @@ Sheet {
         anchors.fill: parent
         implicitHeight: contentHeight
         padding: Theme.space3
+        topPadding: Theme.space1
         spacing: Theme.space3
 
         MoreSection {

@@ -1,7 +1,55 @@
+import QtQuick
 import Velarc
 
 // Takes and verifies the key of an engine.
 Sheet {
-    title: "Connect"
+    id: sheet
+
+    readonly property ConnectPresenter presenter: Screens.connectSheet
+
+    title: presenter.title
     preferredWidth: 560
+    onAboutToHide: form.clear()
+    commands: Button {
+        text: "Close"
+        onClicked: sheet.close()
+    }
+
+    ScrollArea {
+        id: scroll
+
+        anchors.fill: parent
+        implicitHeight: contentHeight
+        padding: Theme.space5
+        topPadding: 2
+
+        Column {
+            width: parent.width
+            spacing: Theme.space1
+
+            Label {
+                width: parent.width
+                style: Label.CardTitle
+                text: sheet.presenter.headline
+            }
+
+            Label {
+                width: parent.width
+                secondary: true
+                text: sheet.presenter.introduction
+            }
+        }
+
+        ConnectGuide {
+            width: parent.width
+        }
+
+        ConnectForm {
+            id: form
+
+            width: parent.width
+            focus: true
+            onGrown: scroll.reveal(form.lastPart)
+        }
+    }
 }

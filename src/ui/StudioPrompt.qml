@@ -36,7 +36,7 @@ FormSection {
 
                 text: modelData
                 font.family: Theme.monospace
-                onClicked: section.presenter.addVariable(modelData)
+                onClicked: Screens.studio.addVariable(modelData)
             }
         }
     }

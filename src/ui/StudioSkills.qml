@@ -52,7 +52,7 @@ FormSection {
                     foreground: Theme.accentText
                     text: "Remove"
                     Accessible.description: row.modelData
-                    onClicked: section.presenter.removeSkill(row.index)
+                    onClicked: Screens.studio.removeSkill(row.index)
                 }
             }
         }

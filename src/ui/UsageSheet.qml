@@ -22,6 +22,7 @@ Sheet {
         anchors.bottomMargin: Theme.space3
         width: parent?.width ?? 0
         padding: Theme.space5
+        topPadding: Theme.space1
 
         Column {
             width: parent.width

@@ -24,8 +24,7 @@ QString requestPath(const QDBusConnection &bus, const QString &token)
 } // namespace
 
 PortalRequest::PortalRequest(const QDBusConnection &bus)
-    : m_bus(bus)
-    , m_token(u"velarc"_s + QUuid::createUuid().toString(QUuid::Id128))
+    : m_bus(bus), m_token(u"velarc"_s + QUuid::createUuid().toString(QUuid::Id128))
 {
     // Before the call: the answer may come before its reply.
     follow(requestPath(m_bus, m_token));

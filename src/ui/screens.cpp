@@ -2,6 +2,7 @@
 
 #include "run/app_view_model.h"
 #include "ui/image_providers.h"
+#include "ui/secret_input_face.h"
 
 #include <QQmlEngine>
 
@@ -21,7 +22,9 @@ constexpr const char *kScreensProperty = "velarcScreens";
 Screens::Screens(AppViewModel &viewModel, std::shared_ptr<FileChoosing> files,
     std::shared_ptr<Sharing> sharing, QObject *parent)
     : QObject(parent)
+    , m_viewModel(viewModel)
     , m_canvas(viewModel)
+    , m_connectSheet(viewModel)
     , m_home(viewModel)
     , m_library(viewModel)
     , m_more(viewModel)
@@ -38,10 +41,19 @@ Screens::Screens(AppViewModel &viewModel, std::shared_ptr<FileChoosing> files,
 void Screens::attachTo(QQmlEngine &engine)
 {
     qml_register_types_Velarc();
+    showSecretInputsToAssistivePrograms();
     engine.addImportPath(u"qrc:/qt/qml"_s);
     engine.setProperty(kScreensProperty, QVariant::fromValue(this));
     addImageProviders(engine);
     engine.addImageProvider(u"result"_s, new ResultPictureProvider(m_picture));
+}
+
+EngineRoomPresenter *Screens::engineRoom(QObject *view)
+{
+    auto *presenter = new EngineRoomPresenter(m_viewModel, this);
+    // Later: the view's bindings still look at it while it goes.
+    connect(view, &QObject::destroyed, presenter, &QObject::deleteLater);
+    return presenter;
 }
 
 Screens *Screens::create(QQmlEngine *engine, QJSEngine * /*scriptEngine*/)

@@ -5,6 +5,8 @@
 
 #include "ui/appearance.h"
 #include "ui/canvas_presenter.h"
+#include "ui/connect_presenter.h"
+#include "ui/engine_room_presenter.h"
 #include "ui/home_presenter.h"
 #include "ui/library_presenter.h"
 #include "ui/more_presenter.h"
@@ -37,6 +39,7 @@ class Screens : public QObject
     QML_SINGLETON
     Q_PROPERTY(velarc::Appearance *appearance READ appearance CONSTANT)
     Q_PROPERTY(velarc::CanvasPresenter *canvas READ canvas CONSTANT)
+    Q_PROPERTY(velarc::ConnectPresenter *connectSheet READ connectSheet CONSTANT)
     Q_PROPERTY(velarc::HomePresenter *home READ home CONSTANT)
     Q_PROPERTY(velarc::LibraryPresenter *library READ library CONSTANT)
     Q_PROPERTY(velarc::MorePresenter *more READ more CONSTANT)
@@ -60,8 +63,12 @@ public:
     // For QML: the object that was attached to the engine.
     static Screens *create(QQmlEngine *engine, QJSEngine *scriptEngine);
 
+    // A presenter for an Engine Room that stands in `view`. It goes with the view.
+    [[nodiscard]] Q_INVOKABLE velarc::EngineRoomPresenter *engineRoom(QObject *view);
+
     [[nodiscard]] Appearance *appearance() { return &m_appearance; }
     [[nodiscard]] CanvasPresenter *canvas() { return &m_canvas; }
+    [[nodiscard]] ConnectPresenter *connectSheet() { return &m_connectSheet; }
     [[nodiscard]] HomePresenter *home() { return &m_home; }
     [[nodiscard]] LibraryPresenter *library() { return &m_library; }
     [[nodiscard]] MorePresenter *more() { return &m_more; }
@@ -74,8 +81,10 @@ public:
     [[nodiscard]] UsagePresenter *usage() { return &m_usage; }
 
 private:
+    AppViewModel &m_viewModel;
     Appearance m_appearance;
     CanvasPresenter m_canvas;
+    ConnectPresenter m_connectSheet;
     HomePresenter m_home;
     LibraryPresenter m_library;
     MorePresenter m_more;

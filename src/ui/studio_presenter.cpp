@@ -7,6 +7,9 @@
 #include "ui/studio_rules.h"
 #include "ui/symbols.h"
 
+#include <QGuiApplication>
+#include <QInputMethod>
+
 #include <algorithm>
 
 namespace velarc {
@@ -31,8 +34,8 @@ template <typename List> bool hasIndex(const List &list, int index)
 QString asAnEditorHasIt(QString text)
 {
     text.replace(u"\r\n"_s, u"\n"_s);
-    for (const QChar lineEnd : {QChar(u'\r'), QChar(QChar::ParagraphSeparator),
-             QChar(QChar::LineSeparator)}) {
+    for (const QChar lineEnd :
+        {QChar(u'\r'), QChar(QChar::ParagraphSeparator), QChar(QChar::LineSeparator)}) {
         text.replace(lineEnd, u'\n');
     }
     return text.replace(QChar(QChar::Nbsp), u' ');
@@ -283,6 +286,7 @@ void StudioPresenter::removeSkill(int index)
 
 void StudioPresenter::save()
 {
+    QGuiApplication::inputMethod()->commit(); // what it still composes belongs to the draft
     m_viewModel.library().saveStudioDraft();
 }
 
@@ -347,8 +351,7 @@ void StudioPresenter::tellChanges()
 void StudioPresenter::refreshEngines()
 {
     m_engines.setRows(providerCards(allProviders(), draft().provider, [this](AIProvider provider) {
-        return engineStatusLine(
-            provider, m_viewModel.connections().providerStatusText(provider));
+        return engineStatusLine(provider, m_viewModel.connections().providerStatusText(provider));
     }));
 }
 

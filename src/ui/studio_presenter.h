@@ -24,9 +24,9 @@ class StudioPresenter : public QObject
 
     Q_PROPERTY(QString name READ name WRITE setName NOTIFY nameChanged)
     Q_PROPERTY(QString icon READ icon WRITE setIcon NOTIFY iconChanged)
-    Q_PROPERTY(QStringList symbolCompletions READ symbolCompletions NOTIFY iconChanged)
+    Q_PROPERTY(QList<QString> symbolCompletions READ symbolCompletions NOTIFY iconChanged)
     Q_PROPERTY(QString displayColor READ displayColor NOTIFY colorChanged)
-    Q_PROPERTY(QStringList colorNames READ colorNames CONSTANT)
+    Q_PROPERTY(QList<QString> colorNames READ colorNames CONSTANT)
     Q_PROPERTY(QList<QColor> colorDots READ colorDots CONSTANT)
     Q_PROPERTY(int colorIndex READ colorIndex NOTIFY colorChanged)
 
@@ -35,23 +35,23 @@ class StudioPresenter : public QObject
     Q_PROPERTY(bool showsAdvanced READ showsAdvanced NOTIFY showsAdvancedChanged)
     Q_PROPERTY(velarc::RowModel *engines READ engines CONSTANT)
     Q_PROPERTY(QString modelTitle READ modelTitle NOTIFY engineChanged)
-    Q_PROPERTY(QStringList modelNames READ modelNames NOTIFY engineChanged)
+    Q_PROPERTY(QList<QString> modelNames READ modelNames NOTIFY engineChanged)
     Q_PROPERTY(int modelIndex READ modelIndex NOTIFY modelChanged)
     Q_PROPERTY(QString modelID READ modelID WRITE setModelID NOTIFY modelChanged)
 
     Q_PROPERTY(QString prompt READ prompt WRITE setPrompt NOTIFY promptChanged)
-    Q_PROPERTY(QStringList variables READ variables CONSTANT)
+    Q_PROPERTY(QList<QString> variables READ variables CONSTANT)
 
-    Q_PROPERTY(QStringList formatNames READ formatNames NOTIFY offeredFormatsChanged)
+    Q_PROPERTY(QList<QString> formatNames READ formatNames NOTIFY offeredFormatsChanged)
     Q_PROPERTY(int formatIndex READ formatIndex NOTIFY formatChanged)
     Q_PROPERTY(QString formatNote READ formatNote NOTIFY offeredFormatsChanged)
-    Q_PROPERTY(QStringList destinationNames READ destinationNames CONSTANT)
-    Q_PROPERTY(QStringList destinationGroups READ destinationGroups CONSTANT)
+    Q_PROPERTY(QList<QString> destinationNames READ destinationNames CONSTANT)
+    Q_PROPERTY(QList<QString> destinationGroups READ destinationGroups CONSTANT)
     Q_PROPERTY(int destinationIndex READ destinationIndex NOTIFY destinationChanged)
 
-    Q_PROPERTY(QStringList skills READ skills NOTIFY skillsChanged)
-    Q_PROPERTY(QString pendingSkill READ pendingSkill WRITE setPendingSkill NOTIFY
-            pendingSkillChanged)
+    Q_PROPERTY(QList<QString> skills READ skills NOTIFY skillsChanged)
+    Q_PROPERTY(
+        QString pendingSkill READ pendingSkill WRITE setPendingSkill NOTIFY pendingSkillChanged)
 
 public:
     explicit StudioPresenter(AppViewModel &viewModel, QObject *parent = nullptr);

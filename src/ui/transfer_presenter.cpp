@@ -110,9 +110,8 @@ struct TransferTasks
         ActionFile file;
         QString failure;
         try {
-            auto work = [path](const std::stop_token &token) {
-                return loadActionFile(path, token);
-            };
+            auto work = [path](
+                            const std::stop_token &token) { return loadActionFile(path, token); };
             file = co_await worker->run(std::move(work), stop.get_token());
         } catch (const ActionImportError &error) {
             failure = error.message();
@@ -137,7 +136,11 @@ TransferPresenter::TransferPresenter(
     , m_files(std::move(files))
     , m_worker(std::make_shared<SerialWorker>())
 {
-    connect(&viewModel, &AppState::actionsChanged, this, &TransferPresenter::refreshPreview);
+    connect(&viewModel, &AppState::actionsChanged, this, [this] {
+        if (m_stage == Previewing) {
+            planImport();
+        }
+    });
     connect(&viewModel, &AppState::isActionLibraryPresentedChanged, this, [this] {
         if (!m_viewModel.isActionLibraryPresented()) {
             cancel();
@@ -346,15 +349,12 @@ void TransferPresenter::useFile(const QString &path, IfPresent ifPresent)
 void TransferPresenter::showPreview(ActionFile file)
 {
     m_file = std::move(file);
+    planImport();
     setStage(Previewing);
-    refreshPreview();
 }
 
-void TransferPresenter::refreshPreview()
+void TransferPresenter::planImport()
 {
-    if (m_stage != Previewing) {
-        return;
-    }
     m_steps = importSteps(m_viewModel.actions(), m_file.actions);
     m_rows.setRows(importRows(m_steps, m_file.unreadable));
     Q_EMIT previewChanged();

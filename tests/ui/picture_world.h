@@ -29,6 +29,9 @@ public:
 // What brings the window into a state, by the state's name.
 using Scenes = std::map<QString, std::function<void(PictureWorld &)>>;
 
+// The settings, and connecting an engine.
+[[nodiscard]] Scenes engineScenes();
+
 // The displays of the output phase, and what long texts look like.
 [[nodiscard]] Scenes resultScenes();
 

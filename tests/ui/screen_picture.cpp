@@ -134,12 +134,7 @@ Scenes sharedScenes()
             }},
         {u"input-modal"_s, [](World &world) { world.viewModel->setIsInputModalPresented(true); }},
         {u"library"_s, [](World &world) { world.viewModel->setIsActionLibraryPresented(true); }},
-        {u"engine-room"_s, [](World &world) { world.viewModel->setIsEngineRoomPresented(true); }},
         {u"usage"_s, [](World &world) { world.viewModel->setIsUsagePresented(true); }},
-        {u"connect"_s,
-            [](World &world) {
-                world.viewModel->connections().presentConnectSheet(AIProvider::OpenAI);
-            }},
         {u"automation"_s, [](World &world) { world.click(u"Automation"_s); }},
     };
 }
@@ -148,6 +143,7 @@ const Scenes &scenes()
 {
     static const Scenes kScenes = [] {
         Scenes all = sharedScenes();
+        all.merge(engineScenes());
         all.merge(resultScenes());
         return all;
     }();

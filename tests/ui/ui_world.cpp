@@ -8,6 +8,11 @@
 
 #include <stdexcept>
 
+// Exported for tests, without a header of its own.
+Q_GUI_EXPORT void qt_handleKeyEvent(QWindow *window, QEvent::Type type, int key,
+    Qt::KeyboardModifiers modifiers, const QString &text = {}, bool isRepeat = false,
+    ushort count = 1);
+
 namespace velarc {
 
 namespace {
@@ -68,7 +73,7 @@ void UiWorld::TearDown()
 {
     window.reset();
     engine.reset();
-    EXPECT_EQ(WarningLog::lines().join(u'\n'), QString());
+    EXPECT_EQ(WarningLog::lines().join(u'\n').toStdString(), std::string());
 }
 
 void UiWorld::prepare()
@@ -77,7 +82,7 @@ void UiWorld::prepare()
         launch();
     }
     if (!engine) {
-        screens = std::make_unique<Screens>(*viewModel, nullptr, sharing);
+        screens = std::make_unique<Screens>(*viewModel, fileChooser, sharing);
         engine = std::make_unique<QQmlEngine>();
         screens->attachTo(*engine);
         screens->appearance()->setReducesMotion(true); // nothing to wait for
@@ -124,14 +129,14 @@ QImage UiWorld::picture()
     return window->grabWindow();
 }
 
-QQuickItem *UiWorld::itemCalled(const QString &name)
+QQuickItem *UiWorld::itemCalled(const QString &name, QQuickItem *within)
 {
-    return findCalled(*window->contentItem(), name);
+    return findCalled(within == nullptr ? *window->contentItem() : *within, name);
 }
 
-void UiWorld::click(const QString &name)
+void UiWorld::click(const QString &name, QQuickItem *within)
 {
-    QQuickItem *item = itemCalled(name);
+    QQuickItem *item = itemCalled(name, within);
     ASSERT_NE(item, nullptr) << "nothing is called " << name.toStdString();
     const QPointF at = item->mapToScene({item->width() / 2, item->height() / 2});
     const auto send = [&](QEvent::Type type, Qt::MouseButtons held) {
@@ -147,10 +152,9 @@ void UiWorld::click(const QString &name)
 
 void UiWorld::press(int key, Qt::KeyboardModifiers modifiers)
 {
-    QKeyEvent down(QEvent::KeyPress, key, modifiers);
-    QCoreApplication::sendEvent(window.get(), &down);
-    QKeyEvent up(QEvent::KeyRelease, key, modifiers);
-    QCoreApplication::sendEvent(window.get(), &up);
+    // The way of a key from the window system, through shortcuts too.
+    qt_handleKeyEvent(window.get(), QEvent::KeyPress, key, modifiers);
+    qt_handleKeyEvent(window.get(), QEvent::KeyRelease, key, modifiers);
     settle();
 }
 

@@ -3,6 +3,7 @@
 // The screens over a whole program of scripted engines, in a window that nobody sees.
 
 #include "fakes/recorded_sharing.h"
+#include "fakes/scripted_file_chooser.h"
 #include "support/app_world.h"
 #include "ui/screens.h"
 
@@ -41,6 +42,7 @@ class UiWorld : public AppWorld
 {
 protected:
     WarningLog warnings;
+    std::shared_ptr<ScriptedFileChooser> fileChooser; // none: the screens ask for paths
     std::shared_ptr<RecordedSharing> sharing = std::make_shared<RecordedSharing>();
     std::unique_ptr<Screens> screens;
     std::unique_ptr<QQmlEngine> engine;
@@ -60,12 +62,13 @@ protected:
     // What the window shows once everything that was posted is done.
     [[nodiscard]] QImage picture();
 
-    // The first visible item that assistive programs know by `name`; none if there is none.
-    [[nodiscard]] QQuickItem *itemCalled(const QString &name);
+    // The first visible item that assistive programs know by `name`, in the window or in one of its
+    // items; none if there is none.
+    [[nodiscard]] QQuickItem *itemCalled(const QString &name, QQuickItem *within = nullptr);
     [[nodiscard]] bool shows(const QString &text) { return itemCalled(text) != nullptr; }
 
     // Clicks in the middle of the item of that name.
-    void click(const QString &name);
+    void click(const QString &name, QQuickItem *within = nullptr);
     void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void type(const QString &text);
 

@@ -29,9 +29,8 @@ T.TextArea {
             event.accepted = edited.pasteIfLong(selectionStart, selectionEnd);
         }
     }
-    KeyNavigation.priority: KeyNavigation.BeforeItem
-    KeyNavigation.tab: nextItemInFocusChain(true)
-    KeyNavigation.backtab: nextItemInFocusChain(false)
+    Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+    Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
     Accessible.role: Accessible.EditableText
     Accessible.multiLine: true
 }

@@ -81,7 +81,7 @@ FocusScope {
         const next = tile(index);
         if (next !== null) {
             next.forceActiveFocus(Qt.TabFocusReason);
-            next.click();
+            next.clicked();
         }
     }
 }

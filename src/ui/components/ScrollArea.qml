@@ -9,10 +9,11 @@ Flickable {
     default property alias content: column.data
     property alias spacing: column.spacing
     property int padding: 0
+    property int topPadding: padding
     property int maximumContentWidth: 100000
 
     contentWidth: width
-    contentHeight: column.implicitHeight + 2 * padding
+    contentHeight: column.implicitHeight + topPadding + padding
     boundsBehavior: Flickable.StopAtBounds
     interactive: contentHeight > height
     clip: true
@@ -23,7 +24,7 @@ Flickable {
         id: column
 
         x: Math.round((area.width - width) / 2)
-        y: area.padding
+        y: area.topPadding
         width: Math.min(area.maximumContentWidth, area.width - 2 * area.padding)
         spacing: Theme.space4
     }
@@ -47,7 +48,7 @@ Flickable {
                 item = up; // it shows its own part of what it holds
             }
         }
-        const top = item.mapToItem(column, 0, 0).y + padding;
+        const top = item.mapToItem(column, 0, 0).y + topPadding;
         if (item.height > height) {
             return;
         }

@@ -9,14 +9,16 @@ import Velarc
 T.Popup {
     id: sheet
 
-    property string title
+    property string title // none: the body has its own
     property string subtitle
+    property string accessibleName: title
     property int preferredWidth: 560
     property int preferredHeight: 0 // as tall as the body, if 0
     property alias commands: commandRow.data
     property alias foot: footRow.data
     default property alias body: bodyArea.data
     property Item focusedBefore: null
+    property bool heldFocus: false // when it began to close; another sheet may have taken it
 
     parent: T.Overlay.overlay
     modal: true
@@ -35,9 +37,12 @@ T.Popup {
     }
 
     onAboutToShow: focusedBefore = parent.Window.activeFocusItem
+    onAboutToHide: heldFocus = contentItem.activeFocus
     onClosed: {
-        if (focusedBefore !== null && focusedBefore.visible) {
+        if (heldFocus && focusedBefore !== null && focusedBefore.visible) {
             focusedBefore.forceActiveFocus();
+        } else if (heldFocus) {
+            parent.Window.contentItem.forceActiveFocus(); // who had it went with another sheet
         }
         focusedBefore = null;
     }
@@ -78,13 +83,14 @@ T.Popup {
     contentItem: FocusScope {
         focus: true
         Accessible.role: Accessible.Dialog
-        Accessible.name: sheet.title
+        Accessible.name: sheet.accessibleName
 
         Item {
             id: header
 
             width: parent.width
-            height: Math.max(titles.implicitHeight, commandRow.implicitHeight) + 2 * Theme.space4
+            height: Math.max(titles.implicitHeight, commandRow.implicitHeight)
+                    + 2 * (sheet.title === "" ? Theme.space2 : Theme.space4)
 
             Column {
                 id: titles
