@@ -5,10 +5,10 @@
 #include "base/text.h"
 #include "base/uuid.h"
 #include "base/worker.h"
+#include "system_actions/bus_reply.h"
 
 #include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
 
@@ -19,7 +19,6 @@
 namespace velarc {
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -27,9 +26,6 @@ const QString kPortal = u"org.freedesktop.portal.Desktop"_s;
 const QString kPortalPath = u"/org/freedesktop/portal/desktop"_s;
 const QString kEmail = u"org.freedesktop.portal.Email"_s;
 const QString kRequest = u"org.freedesktop.portal.Request"_s;
-
-// The bus may have to start the portal first.
-constexpr std::chrono::milliseconds kReplyBound = 10s;
 
 // From here on a mail can have several recipients.
 constexpr unsigned kVersionOfAddresses = 3;
@@ -51,35 +47,6 @@ QCoro::Task<void> woken(std::shared_ptr<Wakeup> wakeup, std::stop_token stop)
     const auto breakOff = std::make_unique<StopCallback>(stop, wakingUp(wakeup));
     co_await *wakeup;
     throwIfStopped(stop);
-}
-
-struct Reply
-{
-    Wakeup wakeup;
-    QDBusMessage message;
-};
-
-std::shared_ptr<Reply> send(const QDBusMessage &call, const QDBusConnection &bus)
-{
-    auto reply = std::make_shared<Reply>();
-    auto *watcher =
-        new QDBusPendingCallWatcher(bus.asyncCall(call, static_cast<int>(kReplyBound.count())));
-    QObject::connect(
-        watcher, &QDBusPendingCallWatcher::finished, [reply](QDBusPendingCallWatcher *finished) {
-            reply->message = finished->reply();
-            finished->deleteLater();
-            reply->wakeup.fire();
-        });
-    return reply;
-}
-
-QCoro::Task<QDBusMessage> replyTo(QDBusMessage call, QDBusConnection bus, std::stop_token stop)
-{
-    const auto reply = send(call, bus);
-    std::shared_ptr<Wakeup> wakeup(reply, &reply->wakeup);
-    co_await woken(std::move(wakeup), stop);
-    const QDBusMessage message = reply->message;
-    co_return message;
 }
 
 // Hears how a request ended: by the portal's signal, or because the portal went.

@@ -1,11 +1,11 @@
 #include "ui/desktop_sharing.h"
 
+#include "system_actions/bus_reply.h"
 #include "system_actions/compose_service.h"
 #include "system_actions/uri_handler.h"
 #include "ui/portal_request.h"
 
 #include <QDBusMetaType>
-#include <QDBusPendingCallWatcher>
 #include <QDBusUnixFileDescriptor>
 #include <QDBusVariant>
 #include <QFile>
@@ -21,7 +21,6 @@
 namespace velarc {
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -34,36 +33,7 @@ const QString kBus = u"org.freedesktop.DBus"_s;
 
 constexpr unsigned kVersionOfFolders = 3; // of OpenURI, which shows a file's folder from there on
 
-constexpr std::chrono::milliseconds kReplyBound = 10s; // the bus may have to start somebody first
-
 const QString kOpener = u"xdg-open"_s;
-
-struct Reply
-{
-    Wakeup wakeup;
-    QDBusMessage message;
-};
-
-QCoro::Task<QDBusMessage> replyTo(QDBusMessage call, QDBusConnection bus, std::stop_token stop)
-{
-    throwIfStopped(stop);
-    const auto reply = std::make_shared<Reply>();
-    auto *watcher =
-        new QDBusPendingCallWatcher(bus.asyncCall(call, static_cast<int>(kReplyBound.count())));
-    QObject::connect(
-        watcher, &QDBusPendingCallWatcher::finished, [reply](QDBusPendingCallWatcher *finished) {
-            reply->message = finished->reply();
-            finished->deleteLater();
-            reply->wakeup.fire();
-        });
-    {
-        const std::stop_callback breakOff(
-            stop, [reply] { postToMainThread([reply] { reply->wakeup.fire(); }); });
-        co_await reply->wakeup;
-    }
-    throwIfStopped(stop);
-    co_return QDBusMessage(reply->message);
-}
 
 // 0 where nobody offers the interface.
 QCoro::Task<unsigned> versionOf(QString interface, QDBusConnection bus, std::stop_token stop)

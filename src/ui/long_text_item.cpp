@@ -1,241 +1,95 @@
 #include "ui/long_text_item.h"
 
-#include <QPainter>
-#include <QQuickPaintedItem>
-#include <QQuickWindow>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QStyleHints>
+#include <QTextBoundaryFinder>
 
-#include <cmath>
+#include <algorithm>
+#include <array>
 
 namespace velarc {
 
 namespace {
 
-// The window reaches that far beyond what is seen, so that most steps of scrolling draw nothing.
-constexpr qreal kWindowStep = 512;
-constexpr qsizetype kMostSpoken = 20'000;
+constexpr int kScrollMilliseconds = 40;
+constexpr qsizetype kLongestWord = 1'024; // that a double click looks for
+
+using Step = LongTextItem::Step;
+
+struct StepKey
+{
+    QKeySequence::StandardKey key;
+    LongTextItem::KeyStep step;
+};
+
+constexpr std::array kSelections{
+    StepKey{QKeySequence::SelectNextChar, {Step::Character, 1}},
+    StepKey{QKeySequence::SelectPreviousChar, {Step::Character, -1}},
+    StepKey{QKeySequence::SelectNextWord, {Step::Word, 1}},
+    StepKey{QKeySequence::SelectPreviousWord, {Step::Word, -1}},
+    StepKey{QKeySequence::SelectNextLine, {Step::Line, 1}},
+    StepKey{QKeySequence::SelectPreviousLine, {Step::Line, -1}},
+    StepKey{QKeySequence::SelectNextPage, {Step::Page, 1}},
+    StepKey{QKeySequence::SelectPreviousPage, {Step::Page, -1}},
+    StepKey{QKeySequence::SelectEndOfLine, {Step::LineEnd, 1}},
+    StepKey{QKeySequence::SelectStartOfLine, {Step::LineEnd, -1}},
+    StepKey{QKeySequence::SelectEndOfDocument, {Step::Document, 1}},
+    StepKey{QKeySequence::SelectStartOfDocument, {Step::Document, -1}},
+};
+
+constexpr std::array kMoves{
+    StepKey{QKeySequence::MoveToNextChar, {Step::Character, 1}},
+    StepKey{QKeySequence::MoveToPreviousChar, {Step::Character, -1}},
+    StepKey{QKeySequence::MoveToNextWord, {Step::Word, 1}},
+    StepKey{QKeySequence::MoveToPreviousWord, {Step::Word, -1}},
+    StepKey{QKeySequence::MoveToNextLine, {Step::Line, 1}},
+    StepKey{QKeySequence::MoveToPreviousLine, {Step::Line, -1}},
+    StepKey{QKeySequence::MoveToNextPage, {Step::Page, 1}},
+    StepKey{QKeySequence::MoveToPreviousPage, {Step::Page, -1}},
+    StepKey{QKeySequence::MoveToEndOfLine, {Step::LineEnd, 1}},
+    StepKey{QKeySequence::MoveToStartOfLine, {Step::LineEnd, -1}},
+    StepKey{QKeySequence::MoveToEndOfDocument, {Step::Document, 1}},
+    StepKey{QKeySequence::MoveToStartOfDocument, {Step::Document, -1}},
+};
+
+template <typename Table>
+std::optional<LongTextItem::KeyStep> stepFor(const Table &table, const QKeyEvent &event)
+{
+    const auto found = std::find_if(
+        table.begin(), table.end(), [&](const StepKey &step) { return event.matches(step.key); });
+    return found == table.end() ? std::nullopt : std::optional(found->step);
+}
+
+// The word, or the space between words, that a position stands in.
+TextSelection wordAt(const QString &text, qsizetype position)
+{
+    const qsizetype from = std::max<qsizetype>(0, position - kLongestWord);
+    const qsizetype to = std::min(text.size(), position + kLongestWord);
+    QTextBoundaryFinder words(QTextBoundaryFinder::Word, text.constData() + from, to - from);
+    words.setPosition(position - from);
+    qsizetype start = words.isAtBoundary() ? position - from : words.toPreviousBoundary();
+    words.setPosition(position - from);
+    qsizetype end = words.toNextBoundary();
+    start = std::max<qsizetype>(0, start);
+    end = end < 0 ? to - from : end;
+    return {from + start, from + end};
+}
 
 } // namespace
 
-// The part of a text that is drawn. It is as large as what is in view, not as the text.
-class TextWindow final : public QQuickPaintedItem
-{
-public:
-    explicit TextWindow(LongTextItem &owner) : QQuickPaintedItem(&owner), m_owner(owner) {}
-
-    void paint(QPainter *painter) override
-    {
-        painter->translate(0, -y());
-        m_owner.paintWindow(*painter, {0, y(), width(), height()});
-    }
-
-private:
-    LongTextItem &m_owner;
-};
-
-LongTextItem::LongTextItem(QQuickItem *parent) : QQuickItem(parent), m_window(new TextWindow(*this))
+LongTextItem::LongTextItem(QQuickItem *parent) : LongTextView(parent)
 {
     setAcceptedMouseButtons(Qt::LeftButton | Qt::RightButton);
     setCursor(Qt::IBeamCursor);
     setActiveFocusOnTab(true);
-    m_layout.setFont(m_font, m_lineHeightFactor);
-}
-
-LongTextItem::~LongTextItem() = default;
-
-// What changes the layout changes the height, and whether the limit cuts.
-void LongTextItem::relayOut(const std::function<void()> &change)
-{
-    const bool wasCut = isCut();
-    change();
-    setImplicitHeight(m_layout.height());
-    m_inView = {};
-    if (m_watched) {
-        m_watched->update();
-    }
-    if (wasCut != isCut()) {
-        Q_EMIT isCutChanged();
-    }
 }
 
 void LongTextItem::setText(const QString &text)
 {
-    if (text == this->text()) {
-        return;
-    }
-    relayOut([&] { m_layout.setText(text); });
-    m_done.clear();
-    m_undone.clear();
+    LongTextView::setText(text);
     select(std::min(m_anchor, text.size()), std::min(m_caret, text.size()));
-    Q_EMIT textChanged();
-    Q_EMIT spokenTextChanged();
-}
-
-void LongTextItem::setFont(const QFont &font)
-{
-    if (font != m_font) {
-        m_font = font;
-        relayOut([&] { m_layout.setFont(m_font, m_lineHeightFactor); });
-        Q_EMIT fontChanged();
-    }
-}
-
-void LongTextItem::setLineHeightFactor(qreal factor)
-{
-    if (factor != m_lineHeightFactor) {
-        m_lineHeightFactor = factor;
-        relayOut([&] { m_layout.setFont(m_font, m_lineHeightFactor); });
-        Q_EMIT fontChanged();
-    }
-}
-
-void LongTextItem::setLineLimit(int lines)
-{
-    if (lines != m_lineLimit) {
-        m_lineLimit = lines;
-        relayOut([&] { m_layout.setLineLimit(lines); });
-        Q_EMIT lineLimitChanged();
-    }
-}
-
-void LongTextItem::setColor(const QColor &color)
-{
-    m_colors.text = color;
-    m_window->update();
-    Q_EMIT colorsChanged();
-}
-
-void LongTextItem::setSelectionColor(const QColor &color)
-{
-    m_colors.selection = color;
-    m_window->update();
-    Q_EMIT colorsChanged();
-}
-
-void LongTextItem::setSelectedTextColor(const QColor &color)
-{
-    m_colors.selectedText = color;
-    m_window->update();
-    Q_EMIT colorsChanged();
-}
-
-void LongTextItem::geometryChange(const QRectF &now, const QRectF &before)
-{
-    QQuickItem::geometryChange(now, before);
-    if (now.width() != before.width()) {
-        relayOut([&] { m_layout.setWidth(now.width()); });
-    }
-}
-
-// A frame is drawn whenever anything above this item moves, so that is when to look.
-void LongTextItem::itemChange(ItemChange change, const ItemChangeData &data)
-{
-    QQuickItem::itemChange(change, data);
-    if (change != ItemSceneChange || data.window == m_watched) {
-        return;
-    }
-    if (m_watched) {
-        disconnect(m_watched, nullptr, this, nullptr);
-    }
-    m_watched = data.window;
-    if (m_watched) {
-        connect(m_watched, &QQuickWindow::afterAnimating, this, &LongTextItem::followView);
-    }
-}
-
-QRectF LongTextItem::visiblePart() const
-{
-    QRectF part = boundingRect();
-    for (QQuickItem *above = parentItem(); above != nullptr; above = above->parentItem()) {
-        if (above->clip() || above->parentItem() == nullptr) {
-            part = part.intersected(mapRectFromItem(above, above->boundingRect()));
-        }
-    }
-    return part;
-}
-
-void LongTextItem::followView()
-{
-    const QRectF part = isVisible() ? visiblePart() : QRectF();
-    if (part.isEmpty()) {
-        return;
-    }
-    const qreal top = std::floor(part.top() / kWindowStep) * kWindowStep;
-    const qreal bottom = std::min(height(), std::ceil(part.bottom() / kWindowStep) * kWindowStep);
-    const QRectF inView(0, top, width(), bottom - top);
-    if (inView == m_inView) {
-        return;
-    }
-    m_inView = inView;
-    const qreal moved = m_layout.layOut(top, bottom);
-    setImplicitHeight(m_layout.height());
-    m_window->setPosition({0, top});
-    m_window->setSize(inView.size());
-    m_window->update();
-    if (moved != 0) {
-        scrollBy(moved);
-    }
-    followCaret();
-    if (text().size() > kMostSpoken) {
-        Q_EMIT spokenTextChanged();
-    }
-}
-
-void LongTextItem::paintWindow(QPainter &painter, const QRectF &area) const
-{
-    m_layout.paint(painter, area, selection(), m_colors);
-}
-
-QString LongTextItem::spokenText() const
-{
-    if (text().size() <= kMostSpoken) {
-        return text();
-    }
-    const TextSelection part = m_layout.laidOutPart();
-    return text().sliced(part.start, std::min(part.end - part.start, kMostSpoken));
-}
-
-// What scrolls this item, if anything does: a Flickable.
-QQuickItem *LongTextItem::scroller() const
-{
-    QQuickItem *above = parentItem();
-    while (above != nullptr && !above->inherits("QQuickFlickable")) {
-        above = above->parentItem();
-    }
-    return above;
-}
-
-void LongTextItem::scrollBy(qreal distance)
-{
-    if (QQuickItem *flickable = scroller()) {
-        const qreal end = flickable->property("contentHeight").toReal() - flickable->height();
-        const qreal at = flickable->property("contentY").toReal() + distance;
-        flickable->setProperty("contentY", std::clamp<qreal>(at, 0, std::max<qreal>(0, end)));
-    }
-}
-
-void LongTextItem::reveal(qsizetype position)
-{
-    QQuickItem *flickable = scroller();
-    if (flickable == nullptr) {
-        return;
-    }
-    const QRectF caret = mapRectToItem(flickable, m_layout.caretAt(position));
-    if (caret.top() < 0) {
-        scrollBy(caret.top());
-    } else if (caret.bottom() > flickable->height()) {
-        scrollBy(caret.bottom() - flickable->height());
-    }
-}
-
-// Only who can type needs to see it.
-void LongTextItem::followCaret()
-{
-    if (!m_isEditable) {
-        return;
-    }
-    m_caretRectangle = m_layout.caretAt(m_caret);
-    Q_EMIT caretChanged();
-    updateInputMethod();
 }
 
 TextSelection LongTextItem::selection() const
@@ -256,9 +110,8 @@ void LongTextItem::select(qsizetype anchor, qsizetype caret)
     }
     m_anchor = anchor;
     m_caret = caret;
-    m_window->update();
+    showSelection(selection());
     Q_EMIT selectionChanged();
-    followCaret();
 }
 
 void LongTextItem::selectAll()
@@ -266,16 +119,179 @@ void LongTextItem::selectAll()
     select(0, text().size());
 }
 
-void LongTextItem::deselect()
-{
-    select(m_caret, m_caret);
-}
-
 void LongTextItem::copy()
 {
     if (hasSelection()) {
         Q_EMIT copyRequested(selectedText());
     }
+}
+
+void LongTextItem::setVisualFocus(bool hasFocus)
+{
+    if (hasFocus != m_visualFocus) {
+        m_visualFocus = hasFocus;
+        Q_EMIT visualFocusChanged();
+    }
+}
+
+void LongTextItem::focusInEvent(QFocusEvent *event)
+{
+    setVisualFocus(event->reason() == Qt::TabFocusReason
+        || event->reason() == Qt::BacktabFocusReason || event->reason() == Qt::ShortcutFocusReason);
+}
+
+void LongTextItem::focusOutEvent(QFocusEvent * /*event*/)
+{
+    setVisualFocus(false);
+}
+
+void LongTextItem::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::SelectAll)) {
+        selectAll();
+    } else if (event->matches(QKeySequence::Copy) && hasSelection()) {
+        copy();
+    } else if (!selectFor(*event) && !scrollFor(*event)) {
+        event->ignore();
+    }
+}
+
+std::optional<LongTextItem::KeyStep> LongTextItem::moveOf(const QKeyEvent &event)
+{
+    return stepFor(kMoves, event);
+}
+
+bool LongTextItem::selectFor(const QKeyEvent &event)
+{
+    const auto step = stepFor(kSelections, event);
+    if (!step) {
+        return false;
+    }
+    select(m_anchor, stepped(m_caret, *step));
+    reveal(m_caret);
+    return true;
+}
+
+bool LongTextItem::scrollFor(const QKeyEvent &event)
+{
+    const auto move = moveOf(event);
+    const QQuickItem *flickable = scroller();
+    if (!move || flickable == nullptr || move->step == Step::Character
+        || move->step == Step::Word) {
+        return false;
+    }
+    const qreal page = std::max(linePitch(), flickable->height() - linePitch());
+    const qreal distance = move->step == Step::Line ? linePitch()
+        : move->step == Step::Page                  ? page
+                                                    : flickable->property("contentHeight").toReal();
+    scrollBy(move->direction * distance);
+    return true;
+}
+
+qsizetype LongTextItem::stepped(qsizetype from, const KeyStep &step)
+{
+    const int direction = step.direction;
+    const auto below = [&](qreal distance) {
+        const QPointF caret = layout().caretAt(from).center();
+        const qreal y = caret.y() + direction * distance;
+        return y < 0                ? 0
+            : y > layout().height() ? text().size()
+                                    : layout().positionAt({caret.x(), y});
+    };
+    switch (step.step) {
+    case Step::Character:
+        return direction > 0 ? layout().positionBehind(from) : layout().positionBefore(from);
+    case Step::Word:
+        return direction > 0 ? wordAt(text(), from).end
+                             : wordAt(text(), std::max<qsizetype>(0, from - 1)).start;
+    case Step::Line:
+        return below(linePitch());
+    case Step::Page:
+        return below(scroller() == nullptr ? linePitch() : scroller()->height());
+    case Step::LineEnd: {
+        const qreal y = layout().caretAt(from).center().y();
+        return layout().positionAt({direction > 0 ? width() : 0, y});
+    }
+    case Step::Document:
+        return direction > 0 ? text().size() : 0;
+    }
+    Q_UNREACHABLE();
+}
+
+void LongTextItem::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::RightButton) {
+        Q_EMIT menuRequested(event->position());
+        return;
+    }
+    forceActiveFocus(Qt::MouseFocusReason);
+    setKeepMouseGrab(true); // a drag selects, it does not scroll
+    const qsizetype position = layout().positionAt(event->position());
+    const auto interval =
+        static_cast<quint64>(QGuiApplication::styleHints()->mouseDoubleClickInterval());
+    if (event->timestamp() - m_doubleClicked < interval) {
+        selectParagraphAt(position);
+        return;
+    }
+    const bool extends = event->modifiers().testFlag(Qt::ShiftModifier);
+    select(extends ? m_anchor : position, position);
+}
+
+void LongTextItem::selectParagraphAt(qsizetype position)
+{
+    const QString whole = text();
+    const qsizetype end = whole.indexOf(u'\n', position);
+    const qsizetype start = position == 0 ? 0 : whole.lastIndexOf(u'\n', position - 1) + 1;
+    select(start, end < 0 ? whole.size() : end);
+}
+
+void LongTextItem::mouseMoveEvent(QMouseEvent *event)
+{
+    m_dragPoint = event->position();
+    select(m_anchor, layout().positionAt(m_dragPoint));
+    if (!m_dragging.isActive()) {
+        m_dragging.start(kScrollMilliseconds, this);
+    }
+}
+
+void LongTextItem::mouseReleaseEvent(QMouseEvent *event)
+{
+    mouseUngrabEvent();
+    QClipboard *clipboard = QGuiApplication::clipboard();
+    if (event->button() == Qt::LeftButton && hasSelection() && clipboard->supportsSelection()) {
+        clipboard->setText(selectedText(), QClipboard::Selection);
+    }
+}
+
+void LongTextItem::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    m_doubleClicked = event->timestamp();
+    const TextSelection word = wordAt(text(), layout().positionAt(event->position()));
+    select(word.start, word.end);
+}
+
+void LongTextItem::mouseUngrabEvent()
+{
+    m_dragging.stop();
+    setKeepMouseGrab(false);
+}
+
+// The pointer rests outside while the text goes by under it.
+void LongTextItem::timerEvent(QTimerEvent *event)
+{
+    QQuickItem *flickable = scroller();
+    if (event->timerId() != m_dragging.timerId() || flickable == nullptr) {
+        return;
+    }
+    const qreal y = mapToItem(flickable, m_dragPoint).y();
+    const qreal beyond = std::min<qreal>(y, 0) + std::max<qreal>(y - flickable->height(), 0);
+    if (beyond == 0) {
+        return;
+    }
+    const qreal before = flickable->property("contentY").toReal();
+    scrollBy(beyond);
+    m_dragPoint.ry() += flickable->property("contentY").toReal() - before;
+    select(m_anchor, layout().positionAt(m_dragPoint));
 }
 
 } // namespace velarc

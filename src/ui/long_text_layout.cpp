@@ -116,6 +116,8 @@ void LongTextLayout::start()
 {
     const auto count = static_cast<std::size_t>(m_blocks.count());
     m_laid.clear();
+    m_firstSeen = 0;
+    m_endSeen = 0;
     m_isCut = false;
     m_isMeasured.assign(count, false);
     m_lines.resize(count);
@@ -150,6 +152,7 @@ void LongTextLayout::layOutLimited()
         ++index;
     }
     m_isCut = lines > m_lineLimit;
+    m_endSeen = index;
     std::fill(m_lines.begin() + index, m_lines.end(), 0);
     countLinesFrom(0);
 }
@@ -253,15 +256,17 @@ qreal LongTextLayout::layOut(qreal top, qreal bottom)
     }
     m_laid.erase(m_laid.begin(), m_laid.lower_bound(first));
     m_laid.erase(m_laid.lower_bound(index), m_laid.end());
+    m_firstSeen = first;
+    m_endSeen = index;
     return topOf(anchor) - before;
 }
 
-TextSelection LongTextLayout::laidOutPart() const
+TextSelection LongTextLayout::partInView() const
 {
-    if (m_laid.empty()) {
+    if (m_firstSeen == m_endSeen) {
         return {};
     }
-    return {m_blocks.at(m_laid.begin()->first).start, m_blocks.at(m_laid.rbegin()->first).end()};
+    return {m_blocks.at(m_firstSeen).start, m_blocks.at(m_endSeen - 1).end()};
 }
 
 const LongTextLayout::Paragraph &LongTextLayout::paragraphOf(qsizetype position, qsizetype *block)

@@ -63,8 +63,8 @@ public:
     // seen again may move as blocks above it are measured: gives by how much.
     qreal layOut(qreal top, qreal bottom);
 
-    // What of the text is laid out.
-    [[nodiscard]] TextSelection laidOutPart() const;
+    // What of the text stood between the distances of the last layOut(), or above the limit.
+    [[nodiscard]] TextSelection partInView() const;
 
     // The position nearest to a point, and where the caret of a position stands. Both lay out what
     // they have to.
@@ -95,6 +95,8 @@ private:
     int m_lineLimit = 0;
     bool m_isCut = false;
     std::map<qsizetype, LaidBlock> m_laid;
+    qsizetype m_firstSeen = 0; // block that layOut() was asked for, and the one behind the last
+    qsizetype m_endSeen = 0;
     std::vector<int> m_lines; // of each block, measured or estimated
     std::vector<bool> m_isMeasured;
     std::vector<qint64> m_firstLines; // of each block, and behind the last

@@ -1,5 +1,4 @@
 #include "entry/demo/demo_engines.h"
-
 #include "support/app_world.h"
 
 namespace velarc {

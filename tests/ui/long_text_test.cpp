@@ -130,9 +130,9 @@ TEST_F(LongTextLayoutTest, onlyWhatIsLookedAtIsLaidOut)
 {
     layout.setText(paragraphs(60'000));
     layout.layOut(0, 800);
-    EXPECT_LT(layout.laidOutPart().end, 10'000);
+    EXPECT_LT(layout.partInView().end, 10'000);
     layout.layOut(100'000, 100'800);
-    const TextSelection part = layout.laidOutPart();
+    const TextSelection part = layout.partInView();
     EXPECT_GT(part.start, 10'000);
     EXPECT_LT(part.end - part.start, 10'000);
 }

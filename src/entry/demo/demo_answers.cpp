@@ -85,8 +85,8 @@ ResultPayload payloadFor(const QString &model, const QString &prompt)
         throw OpenAIServiceError(OpenAIFailure::RequestFailed, u"Host api.openai.com not found"_s);
     }
     if (model == u"refuse"_s) {
-        throw OpenAIServiceError(OpenAIFailure::RequestFailed, 
-            u"OpenAI API error (401): Incorrect API key provided."_s);
+        throw OpenAIServiceError(
+            OpenAIFailure::RequestFailed, u"OpenAI API error (401): Incorrect API key provided."_s);
     }
     return TextPayload{prompt};
 }

@@ -29,18 +29,18 @@ constexpr std::array kActions{
     DemoAction{u"Write Half a Page", u"doc.text.fill", u"0EA5E9", u"page"},
     DemoAction{u"Write 1 MB", u"book.closed.fill", u"0EA5E9", u"megabyte"},
     DemoAction{u"Write 5 MB", u"book.closed.fill", u"0EA5E9", u"megabytes"},
-    DemoAction{u"Draw an Image", u"photo", u"EC4899", u"picture", AIProvider::OpenAI,
-        OutputFormat::Image},
+    DemoAction{
+        u"Draw an Image", u"photo", u"EC4899", u"picture", AIProvider::OpenAI, OutputFormat::Image},
     DemoAction{u"Draw a Broken Image", u"photo", u"EF4444", u"brokenPicture", AIProvider::OpenAI,
         OutputFormat::Image},
-    DemoAction{u"Make a PDF", u"doc.richtext", u"10B981", u"page", AIProvider::OpenAI,
-        OutputFormat::Pdf},
+    DemoAction{
+        u"Make a PDF", u"doc.richtext", u"10B981", u"page", AIProvider::OpenAI, OutputFormat::Pdf},
     DemoAction{u"Fail with a Long Message", u"exclamationmark.triangle.fill", u"EF4444", u"fail"},
     DemoAction{u"Be Off the Network", u"globe", u"EF4444", u"offline"},
     DemoAction{u"Have the Key Refused", u"lock.fill", u"EF4444", u"refuse"},
     DemoAction{u"Miss a Key", u"key.fill", u"F59E0B", u"echo", AIProvider::Anthropic},
-    DemoAction{u"Take an Action of a Name That Is Much Longer Than Any Row of the Sidebar", u"tag.fill",
-        u"8B5CF6", u"echo"},
+    DemoAction{u"Take an Action of a Name That Is Much Longer Than Any Row of the Sidebar",
+        u"tag.fill", u"8B5CF6", u"echo"},
 };
 
 } // namespace

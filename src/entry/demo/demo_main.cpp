@@ -1,5 +1,5 @@
-// velarc-demo: the real window over engines that only act as if. It needs no key and no network, and
-// keeps nothing.
+// velarc-demo: the real window over engines that only act as if. It needs no key and no network,
+// and keeps nothing.
 
 #include "engines/on_device_services.h"
 #include "entry/demo/demo_engines.h"
@@ -18,8 +18,8 @@ namespace {
 
 AppServices demoServices()
 {
-    AppServices services = makeDesktopServices(std::make_shared<const LocalStore>(
-        std::make_shared<MemoryDefaultsDomain>(), &demoActions));
+    AppServices services = makeDesktopServices(
+        std::make_shared<const LocalStore>(std::make_shared<MemoryDefaultsDomain>(), &demoActions));
     const auto engine = [&services](AIProvider provider) {
         return std::make_shared<DemoEngine>(provider, services.clock);
     };

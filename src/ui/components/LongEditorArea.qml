@@ -14,7 +14,7 @@ FocusScope {
 
     implicitHeight: body.implicitHeight + 2 * body.y
 
-    LongTextItem {
+    LongTextEditItem {
         id: body
 
         x: Theme.space3
@@ -22,7 +22,6 @@ FocusScope {
         width: area.width - 2 * x
         height: Math.max(implicitHeight, area.height - 2 * y)
         focus: true
-        editable: true
         color: Theme.text
         selectionColor: Theme.accent
         selectedTextColor: Theme.textOnAccent
