@@ -15,7 +15,7 @@ namespace velarc {
 
 namespace {
 
-constexpr ScriptedAnswer kStall{};
+const ScriptedAnswer kStall{};
 
 class CloudScreenTest : public UiWorld
 {
