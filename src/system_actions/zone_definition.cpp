@@ -11,8 +11,7 @@ namespace {
 using std::chrono::seconds;
 
 constexpr int kMostChanges = 1000; // of one rule
-constexpr int kMostSteps = 100'000; // of one zone
-constexpr std::size_t kMostRules = 10; // of one observance
+constexpr int kMostSteps = 100'000;
 constexpr WallTime kHorizon = std::chrono::local_days(std::chrono::year(2200) / 1 / 1);
 
 // "+0530" or "-043015".
@@ -50,20 +49,19 @@ public:
 
     [[nodiscard]] bool isSound() const { return m_before && m_after && m_start; }
 
-    void addTo(std::vector<ZoneChange> &changes, StepBudget &budget) const
+    void addTo(std::vector<ZoneChange> &changes) const
     {
         add(changes, m_start->wall);
         for (const IcalProperty *property : m_component.all("RDATE")) {
-            for (const QByteArray &value : property->value.split(',')) {
+            for (const QByteArray &value : property->value.split(',').mid(0, kMostChanges)) {
                 if (const auto date = timeOfIcal(value, std::nullopt, m_none)) {
                     add(changes, date->wall);
                 }
             }
         }
-        const auto rules = m_component.all("RRULE");
-        for (std::size_t index = 0; index < std::min(rules.size(), kMostRules); ++index) {
-            if (const auto rule = ruleOfIcal(rules[index]->value, m_none)) {
-                addRule(changes, *rule, budget);
+        for (const IcalProperty *property : m_component.all("RRULE")) {
+            if (const auto rule = ruleOfIcal(property->value, m_none)) {
+                addRule(changes, *rule);
             }
         }
     }
@@ -85,9 +83,9 @@ private:
         changes.push_back({momentOf(wall), *m_before, *m_after});
     }
 
-    void addRule(
-        std::vector<ZoneChange> &changes, const RecurrenceRule &rule, StepBudget &budget) const
+    void addRule(std::vector<ZoneChange> &changes, const RecurrenceRule &rule) const
     {
+        StepBudget budget(kMostSteps, {});
         RuleTimes times(rule, m_start->wall, TimeForm::Floating);
         const int most = std::min(rule.count.value_or(kMostChanges), kMostChanges);
         for (int count = 0; count < most; ++count) {
@@ -121,11 +119,10 @@ ZonePointer definedZone(const IcalComponent &definition)
     parts.insert(parts.end(), daylight.begin(), daylight.end());
     ZoneBook none;
     std::vector<ZoneChange> changes;
-    StepBudget budget(kMostSteps, {});
     for (std::size_t index = 0; index < std::min(parts.size(), kMostObservances); ++index) {
         const Observance observance(*parts[index], none);
         if (observance.isSound()) {
-            observance.addTo(changes, budget);
+            observance.addTo(changes);
         }
     }
     if (changes.empty() || name == nullptr) {
