@@ -16,7 +16,7 @@ struct TextChange
 
 // A long text that can be edited: with the usual keys, the clipboard and an input method, whose
 // text is taken once it is committed. Changes can be taken back.
-class LongTextEditItem : public LongTextItem
+class LongTextEditItem : public velarc::LongTextItem
 {
     Q_OBJECT
     QML_ELEMENT

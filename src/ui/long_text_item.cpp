@@ -1,6 +1,7 @@
 #include "ui/long_text_item.h"
 
 #include <QClipboard>
+#include <QCursor>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QStyleHints>

@@ -10,7 +10,7 @@ namespace velarc {
 //
 // The usual keys scroll what it stands in, select with Shift, select all and copy. With the pointer
 // a drag selects, a double click a word, a triple one a paragraph.
-class LongTextItem : public LongTextView
+class LongTextItem : public velarc::LongTextView
 {
     Q_OBJECT
     QML_ELEMENT
