@@ -1,6 +1,7 @@
 #include "system_actions/recurrence_rule.h"
 
 #include "base/async.h"
+#include "system_actions/week_counting.h"
 
 #include <algorithm>
 #include <array>
@@ -28,28 +29,6 @@ int daysInMonth(const year_month_day &date)
 {
     const auto last = date.year() / date.month() / std::chrono::last;
     return static_cast<int>(static_cast<unsigned>(last.day()));
-}
-
-local_days newYear(int number)
-{
-    return local_days(year(number) / 1 / 1);
-}
-
-// The first week of a year is the first with four days of it.
-local_days firstWeek(int number, std::chrono::weekday weekStart)
-{
-    const local_days fourth = newYear(number) + days(3);
-    return fourth - (std::chrono::weekday(fourth) - weekStart);
-}
-
-// The year that the week of `day` counts to.
-int weekYear(local_days day, std::chrono::weekday weekStart)
-{
-    const int number = static_cast<int>(year_month_day(day).year());
-    if (day >= firstWeek(number + 1, weekStart)) {
-        return number + 1;
-    }
-    return day < firstWeek(number, weekStart) ? number - 1 : number;
 }
 
 // Whether `list` holds the number, counted from 1, or from the end as -1 and so on.

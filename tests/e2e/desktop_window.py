@@ -165,8 +165,11 @@ class Window:
     # --- What its user does ---------------------------------------------------------------------
 
     def press(self, name, role=None):
-        """As a screen reader does: the first action of the control."""
-        assert Atspi.Action.do_action(self.find(name, role), 0), f"'{name}' cannot be pressed"
+        """As a screen reader does."""
+        node = self.find(name, role)
+        actions = [Atspi.Action.get_action_name(node, at) for at in range(node.get_n_actions())]
+        assert "Press" in actions, f"'{name}' cannot be pressed: {actions}"
+        Atspi.Action.do_action(node, actions.index("Press"))
 
     @staticmethod
     def key(*keys):
