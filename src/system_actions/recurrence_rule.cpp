@@ -34,9 +34,8 @@ int daysInMonth(const year_month_day &date)
 // Whether `list` holds the number, counted from 1, or from the end as -1 and so on.
 bool holdsPlace(const std::vector<int> &list, int fromStart, int size)
 {
-    return std::any_of(list.begin(), list.end(), [=](int place) {
-        return place == fromStart || place == fromStart - size - 1;
-    });
+    return std::any_of(list.begin(), list.end(),
+        [=](int place) { return place == fromStart || place == fromStart - size - 1; });
 }
 
 bool holds(const std::vector<int> &list, int number)
@@ -49,13 +48,14 @@ bool allowsWeekNumber(const RecurrenceRule &rule, local_days day)
     const int number = weekYear(day, rule.weekStart);
     const local_days first = firstWeek(number, rule.weekStart);
     const auto weeks = (firstWeek(number + 1, rule.weekStart) - first).count() / 7;
-    return holdsPlace(rule.weekNumbers, static_cast<int>((day - first).count() / 7) + 1,
-        static_cast<int>(weeks));
+    return holdsPlace(
+        rule.weekNumbers, static_cast<int>((day - first).count() / 7) + 1, static_cast<int>(weeks));
 }
 
 bool isOrdinal(int ordinal, int fromStart, int size)
 {
-    return ordinal > 0 ? (fromStart - 1) / 7 + 1 == ordinal : (size - fromStart) / 7 + 1 == -ordinal;
+    return ordinal > 0 ? (fromStart - 1) / 7 + 1 == ordinal
+                       : (size - fromStart) / 7 + 1 == -ordinal;
 }
 
 // Ordinals count in the month or in the year; where there is neither they say nothing.
@@ -220,8 +220,8 @@ RuleTimes::RuleTimes(RecurrenceRule rule, WallTime start, TimeForm form)
         makeOrderly(*list);
     }
     const bool isByWeek = !m_rule.weekNumbers.empty();
-    m_firstYear = isByWeek ? weekYear(day, m_rule.weekStart)
-                           : static_cast<int>(year_month_day(day).year());
+    m_firstYear =
+        isByWeek ? weekYear(day, m_rule.weekStart) : static_cast<int>(year_month_day(day).year());
 }
 
 void RuleTimes::skipTo(WallTime wall)
@@ -270,10 +270,9 @@ bool RuleTimes::fillPeriod(StepBudget &budget)
             return false;
         }
         const int number = m_firstYear + static_cast<int>(units);
-        return m_rule.weekNumbers.empty()
-            ? fillDays(newYear(number), newYear(number + 1), budget)
-            : fillDays(firstWeek(number, m_rule.weekStart),
-                firstWeek(number + 1, m_rule.weekStart), budget);
+        return m_rule.weekNumbers.empty() ? fillDays(newYear(number), newYear(number + 1), budget)
+                                          : fillDays(firstWeek(number, m_rule.weekStart),
+                                              firstWeek(number + 1, m_rule.weekStart), budget);
     }
     if (m_rule.frequency == RuleFrequency::Monthly) {
         if (units > qint64(kLastYear) * 12) {
