@@ -75,11 +75,7 @@ FocusScope {
         maximumContentWidth: Theme.contentWidth
 
         Loader {
-            readonly property real roomForInput: home.presenter.phase === HomePresenter.Input
-                ? scroll.height - 2 * scroll.padding : 0
-
             width: parent.width
-            height: Math.max((item as Item)?.implicitHeight ?? 0, roomForInput)
             sourceComponent: [inputPhase, processingPhase, outputPhase][home.presenter.phase]
         }
     }

@@ -5,8 +5,6 @@ import Velarc
 Card {
     id: card
 
-    // How much taller the text may stand than it needs to.
-    property real spareHeight: 0
     readonly property CanvasPresenter presenter: Screens.canvas
     readonly property bool isDropTargeted: presenter.isDropTargeted
 

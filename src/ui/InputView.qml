@@ -24,10 +24,8 @@ Column {
         visible: !view.presenter.isNewRunExperience
     }
 
-    // What the window has to spare goes to the text.
     InputCard {
         width: parent.width
-        spareHeight: view.height - view.implicitHeight
     }
 
     PrimaryActionBar {
