@@ -7,8 +7,12 @@
 //   {"status": 200, "headers": {"name": "value"}, "body": "text"}
 //   {"silence": true}
 //   {"close": true}
-// Each whole request uses up one answer; without one it is answered with status 500. Standard
-// output has a line {"listening": true} at the start and one a request:
+//   {"break": "encrypted", "reset": true}
+//   {"break": "reply", "raw": "HTTP/1.1 200 OK"}
+// A break closes the connection, or resets it, once it is "accepted", "encrypted", has sent its
+// "head" or its whole "request", or got the raw bytes of a "reply". Each whole request uses up one
+// answer, breaks first; without one it is answered with status 500. Standard output has a line
+// {"listening": true} at the start and one a request that did not meet a break:
 //   {"method": "POST", "path": "/v1/messages", "headers": {"name": "value"}, "body": "text"}
 // It ends with standard input.
 
@@ -16,6 +20,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QHash>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSocketNotifier>
@@ -36,6 +41,17 @@ void say(const QJsonObject &object)
     const QByteArray line = QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
     std::fwrite(line.constData(), 1, static_cast<std::size_t>(line.size()), stdout);
     std::fflush(stdout);
+}
+
+ScriptedAnswer breakOf(const QJsonObject &line)
+{
+    static const QHash<QString, Stage> kStages{{u"accepted"_s, Stage::Accepted},
+        {u"encrypted"_s, Stage::Encrypted}, {u"head"_s, Stage::HeadRead}};
+    ScriptedAnswer answer =
+        endingAt(kStages.value(line.value("break"_L1).toString(), Stage::RequestRead),
+            line.contains("reset"_L1) ? Ending::Reset : Ending::Close);
+    answer.bytes = line.value("raw"_L1).toString().toUtf8();
+    return answer;
 }
 
 ScriptedAnswer answerOf(const QJsonObject &line)
@@ -93,6 +109,15 @@ private:
         return answer;
     }
 
+    void take(const QJsonObject &line)
+    {
+        if (line.contains("break"_L1)) {
+            m_server.answer(breakOf(line));
+        } else {
+            m_answers.push_back(answerOf(line));
+        }
+    }
+
     void readScript()
     {
         constexpr std::size_t kPieceBytes = 64 * 1024;
@@ -104,7 +129,7 @@ private:
         }
         m_unread += piece.left(count);
         for (qsizetype end = m_unread.indexOf('\n'); end >= 0; end = m_unread.indexOf('\n')) {
-            m_answers.push_back(answerOf(QJsonDocument::fromJson(m_unread.left(end)).object()));
+            take(QJsonDocument::fromJson(m_unread.left(end)).object());
             m_unread.remove(0, end + 1);
         }
     }
