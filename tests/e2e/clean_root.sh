@@ -130,7 +130,7 @@ first_hour() {
     install /tmp/packages/old.deb
     within env VELARC_PREFIX=/usr VELARC_FIXTURES=/tmp/tests/fixtures VELARC_SESSION_BUS=desktop \
         VELARC_SCRIPTED_HTTPS=/tmp/tests/velarc_scripted_https /tmp/tests/e2e/first_hour.sh \
-        "dpkg --install /tmp/packages/new.deb" "apt-get -qq purge --yes velarc"
+        "dpkg --install /tmp/packages/new.deb" "apt-get -qq -o Dpkg::Use-Pty=0 -o Dpkg::Progress-Fancy=0 purge --yes velarc >/dev/null"
     expect_nothing_left "$folder/files"
     leave_root
 }

@@ -39,7 +39,8 @@ velarc-share --action "Tell Me a Joke" cats || fail "the window does not take a 
 kill "$window"
 wait "$window" || fail "the window ended badly: $(cat "$HOME/said")"
 window=
-[ ! -s "$HOME/said" ] || fail "the window said: $(cat "$HOME/said")"
+said=$(grep -v 'does not support raise()' "$HOME/said" || true) # there is no display to raise it on
+[ -z "$said" ] || fail "the window said: $said"
 
 printf '%%PDF-1.4\n' | /usr/libexec/velarc/velarc-documents pdf-text >/dev/null 2>&1 || true
 printf 'One page.' | /usr/libexec/velarc/velarc-documents text-pdf --title Page >"$HOME/page.pdf"
