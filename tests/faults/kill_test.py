@@ -29,6 +29,11 @@ class Kills(FaultTest):
 
     def test_a_killed_window_loses_nothing_that_was_written(self):
         # What it has acknowledged is there, and what it was about is either there or not.
+        window = self.start_window()
+        self.select_and_see(self.keep)  # a first start selects for itself
+        window.kill()
+        window.wait()
+        wait_until(lambda: not owner_process(WINDOW_NAME), "the end of its name")
         for _ in range(KILLS):
             window = self.launch("velarc", stderr=subprocess.DEVNULL)
             user = User(self, window)
