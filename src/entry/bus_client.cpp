@@ -48,6 +48,7 @@ bool saysNobodyIsThere(int busError)
     case G_DBUS_ERROR_SERVICE_UNKNOWN:
     case G_DBUS_ERROR_NAME_HAS_NO_OWNER:
     case G_DBUS_ERROR_NO_REPLY: // it left the bus; one that only keeps silent is timed out
+    case G_DBUS_ERROR_UNKNOWN_OBJECT: // it is leaving: the name is given back before the object
     case G_DBUS_ERROR_SPAWN_EXEC_FAILED:
     case G_DBUS_ERROR_SPAWN_FORK_FAILED:
     case G_DBUS_ERROR_SPAWN_CHILD_EXITED:

@@ -74,6 +74,15 @@ TEST_F(BusServiceTest, whereNobodyRunsThereIsNobodyAndNobodyIsStarted)
     EXPECT_EQ(handOver({}), HandOver::NobodyThere);
 }
 
+// A window that just closes has given its name back, or its object already.
+TEST_F(BusServiceTest, nameWithoutAnObjectCountsAsNobody)
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    ASSERT_TRUE(bus.registerService(kApplicationId));
+    EXPECT_EQ(meanwhile([] { return handOver({}); }), HandOver::NobodyThere);
+    EXPECT_TRUE(bus.unregisterService(kApplicationId));
+}
+
 TEST_F(BusServiceTest, chosenActionIsSelected)
 {
     ASSERT_TRUE(instance.claim());
