@@ -25,8 +25,10 @@ QString requestPath(const QDBusConnection &bus, const QString &token)
 
 PortalRequest::PortalRequest(const QDBusConnection &bus)
     : m_bus(bus)
+    , m_watcher(kPortal, bus, QDBusServiceWatcher::WatchForUnregistration)
     , m_token(u"velarc"_s + QUuid::createUuid().toString(QUuid::Id128))
 {
+    connect(&m_watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] { m_done.fire(); });
     // Before the call: the answer may come before its reply.
     follow(requestPath(m_bus, m_token));
 }
