@@ -126,6 +126,17 @@ QList<ImportStep> importSteps(const QList<AIAction> &library, const QList<AIActi
     return steps;
 }
 
+QList<AIAction> changedActions(const QList<ImportStep> &steps)
+{
+    QList<AIAction> changed;
+    for (const ImportStep &step : steps) {
+        if (step.change != ImportChange::KeepsAsItIs) {
+            changed.append(step.action);
+        }
+    }
+    return changed;
+}
+
 QList<AIAction> withImported(QList<AIAction> library, const QList<AIAction> &imported)
 {
     const QHash<QUuid, qsizetype> positions = positionsByID(library);

@@ -10,6 +10,7 @@ namespace {
 
 const QString kJson = u"json"_s;
 const QString kOutput = u"output"_s;
+const QString kDryRun = u"dry-run"_s;
 const QString kHelp = u"help"_s;
 const QString kVersion = u"version"_s;
 
@@ -19,6 +20,7 @@ struct Operands
     QStringList words;
     AnswerForm form = AnswerForm::Lines;
     std::optional<QString> outputFile;
+    ImportMode mode = ImportMode::Perform;
 };
 
 UsageError surplus(const QString &argument)
@@ -29,7 +31,7 @@ UsageError surplus(const QString &argument)
 CliCommand listCommand(const Operands &operands)
 {
     if (operands.outputFile) {
-        return UsageError{u"--output goes with \"run\"."_s};
+        return UsageError{u"--output goes with \"run\" and \"export\"."_s};
     }
     if (!operands.words.isEmpty()) {
         return surplus(operands.words.first());
@@ -67,6 +69,39 @@ CliCommand runCommand(const Operands &operands)
     return command;
 }
 
+CliCommand exportCommand(const Operands &operands)
+{
+    if (operands.form == AnswerForm::Json) {
+        return UsageError{u"--json goes with \"actions\" and \"run\": an export is JSON already."_s};
+    }
+    if (operands.words.size() > 1) {
+        return surplus(operands.words.at(1));
+    }
+    if (operands.outputFile && operands.outputFile->isEmpty()) {
+        return UsageError{u"--output names no file."_s};
+    }
+    ExportCommand command;
+    command.outputFile = operands.outputFile ? outputFileOf(operands) : u"-"_s;
+    if (!operands.words.isEmpty()) {
+        command.action = operands.words.first();
+    }
+    return command;
+}
+
+CliCommand importCommand(const Operands &operands)
+{
+    if (operands.form == AnswerForm::Json || operands.outputFile) {
+        return UsageError{u"\"import\" takes --dry-run alone."_s};
+    }
+    if (operands.words.isEmpty() || operands.words.first().isEmpty()) {
+        return UsageError{u"Name a file: velarc-cli import FILE, or - for standard input."_s};
+    }
+    if (operands.words.size() > 1) {
+        return surplus(operands.words.at(1));
+    }
+    return ImportCommand{operands.words.first(), operands.mode};
+}
+
 CliCommand serveCommand(const Operands &operands)
 {
     if (operands.form == AnswerForm::Json || operands.outputFile) {
@@ -85,6 +120,7 @@ CliCommand parseCliCommand(const QStringList &arguments)
     QCommandLineParser parser;
     parser.addOption({kJson, QString()});
     parser.addOption({{u"o"_s, kOutput}, QString(), u"FILE"_s});
+    parser.addOption({kDryRun, QString()});
     parser.addOption({{u"h"_s, kHelp}, QString()});
     parser.addOption({kVersion, QString()});
     if (!parser.parse(QStringList{u"velarc-cli"_s} + arguments)) {
@@ -106,11 +142,23 @@ CliCommand parseCliCommand(const QStringList &arguments)
     if (parser.isSet(kOutput)) {
         operands.outputFile = parser.value(kOutput);
     }
+    if (parser.isSet(kDryRun)) {
+        if (verb != u"import"_s) {
+            return UsageError{u"--dry-run goes with \"import\"."_s};
+        }
+        operands.mode = ImportMode::DryRun;
+    }
     if (verb == u"actions"_s) {
         return listCommand(operands);
     }
     if (verb == u"run"_s) {
         return runCommand(operands);
+    }
+    if (verb == u"export"_s) {
+        return exportCommand(operands);
+    }
+    if (verb == u"import"_s) {
+        return importCommand(operands);
     }
     if (verb == u"serve"_s) {
         return serveCommand(operands);
@@ -122,6 +170,8 @@ QString cliHelp()
 {
     return uR"(Usage: velarc-cli actions [--json]
        velarc-cli run ACTION [TEXT] [--json] [--output FILE]
+       velarc-cli export [ACTION] [--output FILE]
+       velarc-cli import [--dry-run] FILE
        velarc-cli serve
 
 Runs an action of your library without the window.
@@ -135,6 +185,12 @@ Runs an action of your library without the window.
     -o, --output FILE
                    write the result itself (text, PNG or PDF) to FILE; "-" is
                    standard output, and takes the place of the answer
+  export           write the library as JSON; with ACTION that action alone
+    -o, --output FILE
+                   write to FILE, for your eyes only, instead of standard output
+  import FILE      take the actions of FILE over, "-" is standard input: an action
+                   takes the place of the one of its identifier, or is new
+    --dry-run      tell what that would do, and do nothing
   serve            answer desktop search and other programs over the session
                    bus, until nobody has asked for a while; the bus starts it
 

@@ -14,6 +14,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstring>
 
 namespace velarc {
@@ -112,6 +113,16 @@ private:
 };
 
 } // namespace
+
+bool hasLocalWindow()
+{
+    qint64 process = 0;
+    QString host;
+    QString program;
+    const QLockFile lock(lockPath());
+    return lock.getLockInfo(&process, &host, &program)
+        && (::kill(static_cast<pid_t>(process), 0) == 0 || errno == EPERM);
+}
 
 QByteArray encodeStartRequest(const StartRequest &request)
 {

@@ -54,6 +54,9 @@ private:
 [[nodiscard]] HandOver handOverLocally(
     const StartRequest &request, std::chrono::milliseconds patience);
 
+// Whether a process that lives holds the lock. Any thread.
+[[nodiscard]] bool hasLocalWindow();
+
 // The line that goes over the socket. Errors: JsonError.
 [[nodiscard]] QByteArray encodeStartRequest(const StartRequest &request);
 [[nodiscard]] StartRequest decodeStartRequest(QByteArrayView line);
