@@ -1,14 +1,14 @@
 // Files on their way into a run: how long it takes, and how long the main thread is held meanwhile.
 
+#include "support/longest_gap.h"
+
 #include "intake/attachments.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
-#include <QTimer>
 #include <QUrl>
 
 #include <benchmark/benchmark.h>
@@ -16,39 +16,8 @@
 namespace velarc {
 namespace {
 
-using namespace std::chrono_literals;
-
 constexpr int kFiles = 20;
 constexpr qsizetype kFileBytes = 10'000'000;
-
-// The longest time between two turns of a timer that is due every millisecond.
-class LongestGap
-{
-public:
-    LongestGap()
-    {
-        m_sinceTick.start();
-        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { tick(); });
-        m_timer.start(1ms);
-    }
-
-    [[nodiscard]] double inMilliseconds()
-    {
-        tick();
-        return static_cast<double>(m_longest) / 1e6;
-    }
-
-private:
-    QTimer m_timer;
-    QElapsedTimer m_sinceTick;
-    qint64 m_longest = 0;
-
-    void tick()
-    {
-        m_longest = std::max(m_longest, m_sinceTick.nsecsElapsed());
-        m_sinceTick.restart();
-    }
-};
 
 QList<QUrl> pngFiles(const QTemporaryDir &folder)
 {

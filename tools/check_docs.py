@@ -5,8 +5,8 @@ Usage: check_docs.py [ROOT]
 
 A path is a word in backticks that holds a slash or has the ending of a source file; it may start at
 the root or, as an include does, at src/, and may hold a pattern such as `src/*/CMakeLists.txt`.
-Links to addresses, paths outside the tree (`/...`, `~...`, `$...`) and what the build makes
-(`build/...`) are left alone. Relative links are checked likewise.
+Links to addresses, paths outside the tree (`/...`, `~...`, `$...`), what the build makes
+(`build/...`) and media types are left alone. Relative links are checked likewise.
 """
 
 import re
@@ -19,7 +19,7 @@ ENDINGS = (".md", ".cpp", ".h", ".qml", ".py", ".sh", ".cmake", ".txt", ".json",
 FENCE = re.compile(r"^\s*(```|~~~)")
 SPAN = re.compile(r"`([^`]+)`")
 LINK = re.compile(r"\]\(([^)\s]+)\)")
-ELSEWHERE = re.compile(r"^([/~$#-]|build/|\.\.\.|[a-z][a-z+.-]*:)|[<>{}\"]")
+ELSEWHERE = re.compile(r"^([/~$#-]|build/|(text|image|application)/|\.\.\.|[a-z][a-z+.-]*:)|[<>{}\"]")
 
 
 def names_path(word):

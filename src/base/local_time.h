@@ -14,8 +14,8 @@ namespace velarc {
 // What a wall clock shows, in the Gregorian calendar.
 using WallTime = std::chrono::local_time<std::chrono::milliseconds>;
 
-// The instant of `seconds` since 1970 in UTC; none where an Instant does not reach, which is before
-// the year 1678 and from 2262 on.
+// `time` as an Instant; none where that does not reach, which is before the year 1678 and from 2262
+// on.
 [[nodiscard]] std::optional<Instant> instantAt(
     std::chrono::sys_time<std::chrono::milliseconds> time);
 
@@ -24,8 +24,8 @@ using WallTime = std::chrono::local_time<std::chrono::milliseconds>;
 // not reach.
 [[nodiscard]] std::optional<Instant> instantAtWallTime(WallTime time);
 
-// When the wall clocks show the time of `instant` again, `days` days of the calendar later. None
+// When the wall clocks show the time of `instant` again, `added` days of the calendar later. None
 // where an Instant does not reach.
-[[nodiscard]] std::optional<Instant> addingDays(Instant instant, std::chrono::days days);
+[[nodiscard]] std::optional<Instant> addingDays(Instant instant, std::chrono::days added);
 
 } // namespace velarc

@@ -2,8 +2,10 @@
 // long as it is to be had. The other programs start it, so that they need not load what draws.
 
 #include "entry/process_hardening.h"
+#include "intake/clipboard_forms.h"
 #include "intake/clipboard_process.h"
 #include "intake/platform_clipboard.h"
+#include "intake/x_selection.h"
 
 #include <QClipboard>
 #include <QFile>

@@ -1,6 +1,7 @@
 #include "entry/main_window.h"
 
 #include "run/app_view_model.h"
+#include "ui/desktop_sharing.h"
 #include "ui/portal_file_chooser.h"
 
 #include <QEvent>
@@ -36,7 +37,7 @@ void chooseRenderer()
 
 MainWindow::MainWindow(AppViewModel &viewModel, QString statePath)
     : m_statePath(std::move(statePath))
-    , m_screens(viewModel, std::make_shared<PortalFileChooser>())
+    , m_screens(viewModel, std::make_shared<PortalFileChooser>(), std::make_shared<DesktopSharing>())
     , m_desktop(*m_screens.appearance())
 {
     m_screens.attachTo(m_engine);

@@ -8,6 +8,9 @@
 #include "engines/openai_service.h"
 #include "intake/pdf_export.h"
 #include "run/windowless_seams.h"
+#include "system_actions/calendar_store_choice.h"
+#include "system_actions/compose_service.h"
+#include "system_actions/orchestrator.h"
 
 namespace velarc {
 
@@ -27,6 +30,13 @@ void addEngines(AppServices &services)
     services.appleImageService = std::make_shared<AppleImageService>();
 }
 
+std::shared_ptr<SystemActionExecuting> systemActions(const std::shared_ptr<const Clock> &clock)
+{
+    return std::make_shared<SystemActionOrchestrator>(
+        std::make_shared<CalendarActionService>(makeCalendarStore(), clock),
+        std::make_shared<CommunicationComposeService>(), clock);
+}
+
 } // namespace
 
 AppServices makeServices(std::shared_ptr<const LocalStore> store)
@@ -43,7 +53,7 @@ AppServices makeServices(std::shared_ptr<const LocalStore> store)
     services.clipboardWriting = clipboard;
     services.files = std::make_shared<NoFiles>();
     services.pdfExport = std::make_shared<PdfExport>();
-    services.systemActions = std::make_shared<NoSystemActions>();
+    services.systemActions = systemActions(services.clock);
     return services;
 }
 

@@ -1,5 +1,6 @@
 // velarc: the window. Takes one address of the scheme "velarc" as its argument, if any.
 
+#include "entry/interruption.h"
 #include "entry/process_hardening.h"
 #include "entry/session.h"
 #include "entry/single_instance.h"
@@ -74,6 +75,10 @@ int runWindow(int &argc, char **argv, const std::optional<StartRequest> &request
     QGuiApplication::setApplicationDisplayName(u"Velarc"_s);
     QGuiApplication::setDesktopFileName(u"com.tolmar.velarc"_s);
     QGuiApplication::setQuitOnLastWindowClosed(false);
+
+    // A log-out, or a terminal that closes, ends it as closing the window does.
+    const Interruption interruption;
+    const std::stop_callback end(interruption.token(), [] { QGuiApplication::quit(); });
 
     // Destroyed from the last to the first: the name, so that the next start has the window, then
     // the window and the runs, then the display, which hands what was copied over to the desktop.

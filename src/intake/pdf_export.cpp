@@ -21,7 +21,7 @@ struct PdfExport::Members
 
     DocumentProcess process;
     std::chrono::milliseconds bound;
-    SerialWorker files;
+    SerialWorker files; // and long texts
 };
 
 namespace {
@@ -43,8 +43,11 @@ QString cutToBytes(const QString &text, qsizetype limit)
 QCoro::Task<QByteArray> renderPDF(
     std::shared_ptr<PdfExport::Members> members, QString text, QString title, std::stop_token stop)
 {
-    const QString body = isBlank(text) ? u"No content."_s : text;
-    DocumentJob job{{u"text-pdf"_s, u"--title"_s, title}, body.toUtf8(), {members->bound}};
+    auto encode = [text = std::move(text)](const std::stop_token &) {
+        return isBlank(text) ? QByteArrayLiteral("No content.") : text.toUtf8();
+    };
+    QByteArray body = co_await members->files.run(std::move(encode), stop);
+    DocumentJob job{{u"text-pdf"_s, u"--title"_s, title}, std::move(body), {members->bound}};
     const DocumentOutcome outcome = co_await members->process.run(std::move(job), stop);
     if (outcome.end != DocumentEnd::Done || outcome.output.isEmpty()) {
         throw PDFExportServiceError::contextUnavailable();

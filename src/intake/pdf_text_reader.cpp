@@ -6,15 +6,28 @@ namespace velarc {
 
 using namespace Qt::StringLiterals;
 
+struct PdfTextReader::Members
+{
+    Members(QString helper, std::chrono::milliseconds time)
+        : process(std::move(helper)), bound(time)
+    {
+    }
+
+    DocumentProcess process;
+    std::chrono::milliseconds bound;
+    SerialWorker texts;
+};
+
 namespace {
 
-QCoro::Task<PdfText> readPages(std::shared_ptr<DocumentProcess> process,
-    std::chrono::milliseconds bound, QByteArray pdf, std::stop_token stop)
+QCoro::Task<PdfText> readPages(
+    std::shared_ptr<PdfTextReader::Members> members, QByteArray pdf, std::stop_token stop)
 {
-    DocumentJob job{{u"pdf-text"_s}, std::move(pdf), {bound}};
-    const DocumentOutcome outcome = co_await process->run(std::move(job), stop);
+    DocumentJob job{{u"pdf-text"_s}, std::move(pdf), {members->bound}};
+    const DocumentOutcome outcome = co_await members->process.run(std::move(job), stop);
+    auto join = [output = outcome.output](const std::stop_token &) { return textOfPages(output); };
     PdfText text;
-    text.text = textOfPages(outcome.output);
+    text.text = co_await members->texts.run(std::move(join), stop);
     // Where pages came and the end was no good one, there would have been more.
     text.isCut = outcome.end != DocumentEnd::Done && !outcome.output.isEmpty();
     co_return text;
@@ -35,13 +48,13 @@ std::optional<QString> textOfPages(const QByteArray &output)
 }
 
 PdfTextReader::PdfTextReader(QString helper, std::chrono::milliseconds bound)
-    : m_process(std::make_shared<DocumentProcess>(std::move(helper))), m_bound(bound)
+    : m_members(std::make_shared<Members>(std::move(helper), bound))
 {
 }
 
 QCoro::Task<PdfText> PdfTextReader::read(QByteArray pdf, std::stop_token stop)
 {
-    return readPages(m_process, m_bound, std::move(pdf), std::move(stop));
+    return readPages(m_members, std::move(pdf), std::move(stop));
 }
 
 } // namespace velarc

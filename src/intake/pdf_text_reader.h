@@ -19,9 +19,10 @@ public:
 
     [[nodiscard]] QCoro::Task<PdfText> read(QByteArray pdf, std::stop_token stop) override;
 
+    struct Members;
+
 private:
-    std::shared_ptr<DocumentProcess> m_process;
-    std::chrono::milliseconds m_bound;
+    std::shared_ptr<Members> m_members; // shared with the frames of its tasks
 };
 
 } // namespace velarc

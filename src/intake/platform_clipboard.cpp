@@ -4,7 +4,10 @@
 #include "base/worker.h"
 #include "intake/clipboard_forms.h"
 #include "intake/clipboard_pictures.h"
+#include "intake/wayland_selection.h"
+#include "intake/x_selection.h"
 
+#include <QBuffer>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QImage>
@@ -23,6 +26,7 @@ struct PlatformClipboard::Members
     std::shared_ptr<const AttachmentReader> attachments;
     std::shared_ptr<TaskScope> scope;
     SelectionBounds bounds;
+    WaylandSeat *seat = nullptr; // in a Wayland session
     QString cachedText;
     std::stop_source refresh; // of the read that fills it
 
@@ -35,23 +39,42 @@ namespace {
 
 using SharedMembers = std::shared_ptr<PlatformClipboard::Members>;
 
-// A picture that is unpacked only if somebody asks for another format than the one it has.
+bool isOnX()
+{
+    return QGuiApplication::platformName() == "xcb"_L1;
+}
+
+// A picture that is unpacked only if somebody asks for another format than the one it has. On X Qt
+// offers the formats that it can write; on Wayland it would encode the picture anew, as PNG too and
+// on the main thread, for whoever pastes it.
 class CopiedPicture final : public QMimeData
 {
 public:
-    explicit CopiedPicture(const QByteArray &png) { setData(u"image/png"_s, png); }
+    explicit CopiedPicture(const QByteArray &png) { setData(kPng, png); }
 
-    [[nodiscard]] QStringList formats() const override { return {u"image/png"_s, kImageObject}; }
+    [[nodiscard]] QStringList formats() const override
+    {
+        return {kPng, isOnX() ? kImageObject : kBmp};
+    }
 
 protected:
     [[nodiscard]] QVariant retrieveData(const QString &name, QMetaType type) const override
     {
-        return name == kImageObject ? QVariant(
-                   QImage::fromData(QMimeData::retrieveData(u"image/png"_s, type).toByteArray()))
-                                    : QMimeData::retrieveData(name, type);
+        if (name != kImageObject && name != kBmp) {
+            return QMimeData::retrieveData(name, type);
+        }
+        const QImage image = QImage::fromData(QMimeData::retrieveData(kPng, type).toByteArray());
+        if (name == kImageObject) {
+            return image;
+        }
+        QBuffer bitmap;
+        image.save(&bitmap, "BMP");
+        return bitmap.data();
     }
 
 private:
+    inline static const QString kPng = u"image/png"_s;
+    inline static const QString kBmp = u"image/bmp"_s;
     inline static const QString kImageObject = u"application/x-qt-image"_s; // Qt's own name of it
 };
 
@@ -63,11 +86,6 @@ template <typename Result> struct FormReading
 };
 constexpr FormReading<ClipboardPayload> kPayloadReading{&wantedForms, &payloadFrom};
 constexpr FormReading<QString> kTextReading{&wantedTextForms, &textFrom};
-
-bool isOnX()
-{
-    return QGuiApplication::platformName() == "xcb"_L1;
-}
 
 HeldClipboardForms formsOf(const QMimeData *data, QStringList (*wanted)(const QStringList &offered))
 {
@@ -88,6 +106,14 @@ QCoro::Task<Result> readForms(SharedMembers members, std::shared_ptr<SerialWorke
     if (isOnX()) { // what is our own, too: the event loop hands it out
         auto work = [reading, bounds = members->bounds](const std::stop_token &stopped) {
             XSelection forms(stopped, bounds);
+            return reading.make(forms);
+        };
+        co_return co_await worker->run(std::move(work), std::move(stop));
+    }
+    if (members->seat != nullptr && !members->clipboard->ownsClipboard()) {
+        auto work = [reading, seat = members->seat, bounds = members->bounds](
+                        const std::stop_token &stopped) {
+            WaylandSelection forms(*seat, stopped, bounds);
             return reading.make(forms);
         };
         co_return co_await worker->run(std::move(work), std::move(stop));
@@ -121,6 +147,7 @@ PlatformClipboard::PlatformClipboard(QClipboard *clipboard,
     m_members->attachments = std::move(attachments);
     m_members->scope = std::move(scope);
     m_members->bounds = bounds;
+    m_members->seat = WaylandSeat::ofThisSession();
     limitPictureMemory();
     QObject::connect(
         clipboard, &QClipboard::dataChanged, &m_connections, [this] { refreshCachedText(); });

@@ -5,7 +5,7 @@
 #include "base/async.h"
 #include "intake/attachments.h"
 #include "intake/clipboard_reading.h"
-#include "intake/x_selection.h"
+#include "intake/selection_bounds.h"
 
 #include <QObject>
 #include <QString>
@@ -20,10 +20,9 @@ namespace velarc {
 
 // Reads and writes what the programs of a session copy to each other.
 //
-// Main thread only. On X what was copied is fetched by a worker over a connection of its own (see
-// XSelection): an owner that hangs or sends hundreds of megabytes holds up nothing here, and counts
-// as an empty clipboard once `bounds` are over. On other platforms Qt fetches it on the main
-// thread; on Wayland it gives a silent owner one second a form.
+// Main thread only. What was copied is fetched by a worker (see XSelection, WaylandSelection): an
+// owner that hangs or sends hundreds of megabytes holds up nothing here, and counts as an empty
+// clipboard once `bounds` are over. On other platforms Qt fetches it on the main thread.
 //
 // Lifetime: what is written stays to be had as long as the application lives. The clipboard must
 // outlive this object, tasks that run may outlive it; one that keeps the cached text ends by

@@ -3,20 +3,12 @@
 // The clipboard of an X server, read over a connection of its own.
 
 #include "intake/clipboard_forms.h"
+#include "intake/selection_bounds.h"
 
-#include <chrono>
 #include <memory>
 #include <stop_token>
 
 namespace velarc {
-
-// How long, and for how much, the owner of a selection is waited for.
-struct SelectionBounds
-{
-    std::chrono::milliseconds silence = std::chrono::seconds(3); // without any sign of it
-    std::chrono::milliseconds form = std::chrono::seconds(60); // for all of one form
-    qint64 bytes = qint64(512) * 1024 * 1024; // of one form
-};
 
 // The selection CLIPBOARD of the server that the environment names.
 //

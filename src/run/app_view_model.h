@@ -83,6 +83,9 @@ public:
     [[nodiscard]] Connections &connections() { return *m_connections; }
     [[nodiscard]] const Connections &connections() const { return *m_connections; }
 
+    // Ends what runs beside the runs; a screen's own tasks enter it.
+    [[nodiscard]] TaskScope &tasks() { return *m_services.scope; }
+
     Q_INVOKABLE void resetUsage() { m_usage->resetUsage(); }
 
     // For the waits and the work of whoever shows this object.

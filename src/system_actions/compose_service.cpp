@@ -53,15 +53,26 @@ ComposeOutcome open(const MakeAddress &makeAddress, const ProgramTexts &texts)
     return ComposeOutcome::Opened;
 }
 
-QCoro::Task<ComposeOutcome> openAddress(
-    MakeAddress makeAddress, ProgramTexts texts, WorkerHandle worker, std::stop_token stop)
+auto opening(MakeAddress makeAddress, ProgramTexts texts)
 {
-    auto work = [makeAddress = std::move(makeAddress), texts = std::move(texts)](
-                    const std::stop_token &) { return open(makeAddress, texts); };
+    return [makeAddress = std::move(makeAddress), texts = std::move(texts)](
+               const std::stop_token &) { return open(makeAddress, texts); };
+}
+
+// Keeps the worker until its work is done.
+QCoro::Task<ComposeOutcome> openAddress(
+    WorkerHandle worker, MakeAddress makeAddress, ProgramTexts texts, std::stop_token stop)
+{
+    auto work = opening(std::move(makeAddress), std::move(texts));
     co_return co_await worker->run(std::move(work), std::move(stop));
 }
 
-QCoro::Task<ComposeOutcome> openMail(ComposeDraft draft, WorkerHandle worker, std::stop_token stop)
+MakeAddress addressOf(ComposeDraft draft)
+{
+    return [draft = std::move(draft)] { return mailAddress(draft); };
+}
+
+QCoro::Task<ComposeOutcome> openMail(WorkerHandle worker, ComposeDraft draft, std::stop_token stop)
 {
     const PortalCompose portal =
         co_await composeThroughPortal(draft, QDBusConnection::sessionBus(), stop);
@@ -74,8 +85,7 @@ QCoro::Task<ComposeOutcome> openMail(ComposeDraft draft, WorkerHandle worker, st
     case PortalCompose::Failed:
         break;
     }
-    MakeAddress makeAddress = [draft = std::move(draft)] { return mailAddress(draft); };
-    co_return co_await openAddress(std::move(makeAddress), mailTexts(), worker, stop);
+    co_return co_await openAddress(worker, addressOf(std::move(draft)), mailTexts(), stop);
 }
 
 } // namespace
@@ -83,7 +93,7 @@ QCoro::Task<ComposeOutcome> openMail(ComposeDraft draft, WorkerHandle worker, st
 QCoro::Task<ComposeOutcome> CommunicationComposeService::composeMail(
     ComposeDraft draft, std::stop_token stop)
 {
-    return openMail(std::move(draft), m_worker, std::move(stop));
+    return openMail(m_worker, std::move(draft), std::move(stop));
 }
 
 QCoro::Task<ComposeOutcome> CommunicationComposeService::composeMessage(
@@ -92,7 +102,7 @@ QCoro::Task<ComposeOutcome> CommunicationComposeService::composeMessage(
     MakeAddress makeAddress = [recipients = std::move(recipients), body = std::move(body)] {
         return messageAddress(recipients, body);
     };
-    return openAddress(std::move(makeAddress), messageTexts(), m_worker, std::move(stop));
+    return openAddress(m_worker, std::move(makeAddress), messageTexts(), std::move(stop));
 }
 
 } // namespace velarc

@@ -5,20 +5,20 @@
 #include "base/text.h"
 #include "base/uuid.h"
 #include "base/worker.h"
+#include "system_actions/bus_reply.h"
 
 #include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
 
+#include <functional>
 #include <memory>
 #include <utility>
 
 namespace velarc {
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -27,42 +27,26 @@ const QString kPortalPath = u"/org/freedesktop/portal/desktop"_s;
 const QString kEmail = u"org.freedesktop.portal.Email"_s;
 const QString kRequest = u"org.freedesktop.portal.Request"_s;
 
-// The bus may have to start the portal first.
-constexpr std::chrono::milliseconds kReplyBound = 10s;
-
 // From here on a mail can have several recipients.
 constexpr unsigned kVersionOfAddresses = 3;
 
 constexpr unsigned kSuccess = 0;
 constexpr unsigned kCancelledByUser = 1;
 
-// What a wait ends with, whoever ends it.
-struct Reply
-{
-    Wakeup wakeup;
-    QDBusMessage message;
-};
+using StopCallback = std::stop_callback<std::function<void()>>;
 
-QCoro::Task<QDBusMessage> replyTo(QDBusMessage call, QDBusConnection bus, std::stop_token stop)
+std::function<void()> wakingUp(const std::shared_ptr<Wakeup> &wakeup)
+{
+    return [wakeup] { postToMainThread([wakeup] { wakeup->fire(); }); };
+}
+
+// Ends with the wake-up, or with CancellationError where a stop comes first.
+QCoro::Task<void> woken(std::shared_ptr<Wakeup> wakeup, std::stop_token stop)
 {
     throwIfStopped(stop);
-    const auto reply = std::make_shared<Reply>();
-    auto *watcher =
-        new QDBusPendingCallWatcher(bus.asyncCall(call, static_cast<int>(kReplyBound.count())));
-    QObject::connect(
-        watcher, &QDBusPendingCallWatcher::finished, [reply](QDBusPendingCallWatcher *finished) {
-            reply->message = finished->reply();
-            finished->deleteLater();
-            reply->wakeup.fire();
-        });
-    {
-        const std::stop_callback breakOff(
-            stop, [reply] { postToMainThread([reply] { reply->wakeup.fire(); }); });
-        co_await reply->wakeup;
-    }
+    const auto breakOff = std::make_unique<StopCallback>(stop, wakingUp(wakeup));
+    co_await *wakeup;
     throwIfStopped(stop);
-    const QDBusMessage message = reply->message;
-    co_return message;
 }
 
 // Hears how a request ended: by the portal's signal, or because the portal went.
@@ -92,17 +76,16 @@ public:
     Wakeup wakeup;
     PortalCompose outcome = PortalCompose::Failed;
 
-private Q_SLOTS:
-    void take(const QDBusMessage &message)
+private:
+    QDBusServiceWatcher m_watcher;
+
+    Q_SLOT void take(const QDBusMessage &message)
     {
         const unsigned code = message.arguments().value(0, kCancelledByUser + 1).toUInt();
         end(code == kSuccess               ? PortalCompose::Opened
                 : code == kCancelledByUser ? PortalCompose::Cancelled
                                            : PortalCompose::Failed);
     }
-
-private:
-    QDBusServiceWatcher m_watcher;
 };
 
 // Of a request that still runs, when nobody waits for it any more.
@@ -113,12 +96,8 @@ void withdraw(const QString &portal, const QString &path, const QDBusConnection 
 
 QCoro::Task<PortalCompose> ended(std::shared_ptr<Response> response, std::stop_token stop)
 {
-    {
-        const std::stop_callback breakOff(
-            stop, [response] { postToMainThread([response] { response->wakeup.fire(); }); });
-        co_await response->wakeup;
-    }
-    throwIfStopped(stop);
+    std::shared_ptr<Wakeup> wakeup(response, &response->wakeup);
+    co_await woken(std::move(wakeup), std::move(stop));
     co_return PortalCompose(response->outcome);
 }
 

@@ -5,7 +5,7 @@ import Velarc
 Rectangle {
     id: card
 
-    required property ConnectPresenter presenter
+    readonly property ConnectPresenter presenter: Screens.connectSheet
 
     implicitHeight: column.implicitHeight + 2 * Theme.space4
     radius: Theme.cardRadius

@@ -5,11 +5,12 @@ import Velarc
 FocusScope {
     id: form
 
-    required property ConnectPresenter presenter
-    readonly property Item lastPart: submit
+    readonly property ConnectPresenter presenter: Screens.connectSheet
+    readonly property Item submitButton: submit
+    readonly property Item errorCard: problem
 
-    // It became taller.
-    signal grown
+    // The error card came, or became taller.
+    signal errorShown
 
     implicitHeight: column.implicitHeight
 
@@ -26,12 +27,6 @@ FocusScope {
 
         function onOpened() {
             form.clear();
-        }
-
-        function onErrorTextChanged() {
-            if (form.presenter.hasError) {
-                Qt.callLater(form.grown);
-            }
         }
     }
 
@@ -65,9 +60,13 @@ FocusScope {
         }
 
         ConnectError {
+            id: problem
+
             width: parent.width
             visible: form.presenter.hasError
-            presenter: form.presenter
+            onYChanged: form.errorShown()
+            onHeightChanged: form.errorShown()
+            onVisibleChanged: form.errorShown()
         }
 
         Button {

@@ -5,7 +5,7 @@ import Velarc
 Card {
     id: card
 
-    required property ConnectPresenter presenter
+    readonly property ConnectPresenter presenter: Screens.connectSheet
 
     Label {
         width: parent.width

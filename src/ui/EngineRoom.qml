@@ -89,32 +89,21 @@ FocusScope {
         padding: room.margin
         topPadding: 2 // for the ring around what has the focus
 
-        Loader {
-            width: parent.width
-            sourceComponent: [connections, defaultEngine, advanced][room.presenter.section]
-        }
-    }
-
-    Component {
-        id: connections
-
         EngineRoomConnections {
+            width: parent.width
+            visible: room.presenter.section === 0
             presenter: room.presenter
         }
-    }
-
-    Component {
-        id: defaultEngine
 
         EngineRoomDefault {
+            width: parent.width
+            visible: room.presenter.section === 1
             presenter: room.presenter
         }
-    }
-
-    Component {
-        id: advanced
 
         EngineRoomAdvanced {
+            width: parent.width
+            visible: room.presenter.section === 2
             presenter: room.presenter
         }
     }

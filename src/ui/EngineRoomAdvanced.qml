@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Velarc
 
@@ -5,7 +7,7 @@ import Velarc
 Column {
     id: section
 
-    required property EngineRoomPresenter presenter
+    property EngineRoomPresenter presenter: Screens.engineRoom(section)
 
     spacing: 14
 

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Velarc
 
@@ -5,7 +7,7 @@ import Velarc
 Card {
     id: card
 
-    required property EngineRoomPresenter presenter
+    property EngineRoomPresenter presenter: Screens.engineRoom(card)
 
     spacing: Theme.space4
 

@@ -5,7 +5,7 @@ import Velarc
 Card {
     id: card
 
-    required property EngineRoomPresenter presenter
+    property EngineRoomPresenter presenter: Screens.engineRoom(card)
 
     spacing: Theme.space4
 
@@ -22,54 +22,44 @@ Card {
         onPicked: provider => card.presenter.pickDefault(provider)
     }
 
-    Loader {
-        width: parent.width
-        sourceComponent: card.presenter.hasModelSelector ? selector : explanation
+    Label {
+        visible: !card.presenter.hasModelSelector
+        secondary: true
+        text: "Model selection is only required for connected cloud providers."
     }
 
-    Component {
-        id: explanation
+    Column {
+        width: parent.width
+        visible: card.presenter.hasModelSelector
+        spacing: Theme.space3
 
         Label {
-            secondary: true
-            text: "Model selection is only required for connected cloud providers."
+            width: parent.width
+            font.weight: Font.DemiBold
+            text: card.presenter.modelLine
         }
-    }
 
-    Component {
-        id: selector
+        FormRow {
+            width: parent.width
+            visible: card.presenter.models.length > 0
+            label: "Model"
 
-        Column {
-            spacing: Theme.space3
-
-            Label {
-                width: parent.width
-                font.weight: Font.DemiBold
-                text: card.presenter.modelLine
+            Picker {
+                width: Math.min(320, parent.width)
+                title: "Model"
+                labels: card.presenter.models
+                currentIndex: card.presenter.modelIndex
+                onPicked: index => card.presenter.pickModel(index)
             }
+        }
 
-            FormRow {
-                width: parent.width
-                visible: card.presenter.models.length > 0
-                label: "Model"
+        FormRow {
+            width: parent.width
+            label: "Custom model ID"
 
-                Picker {
-                    width: Math.min(320, parent.width)
-                    title: "Model"
-                    labels: card.presenter.models
-                    currentIndex: card.presenter.modelIndex
-                    onPicked: index => card.presenter.pickModel(index)
-                }
-            }
-
-            FormRow {
-                width: parent.width
-                label: "Custom model ID"
-
-                ModelField {
-                    width: Math.min(320, parent.width)
-                    presenter: card.presenter
-                }
+            ModelField {
+                width: Math.min(320, parent.width)
+                presenter: card.presenter
             }
         }
     }

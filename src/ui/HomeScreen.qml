@@ -5,8 +5,6 @@ import Velarc
 FocusScope {
     id: home
 
-    // A sheet stands over it.
-    property bool isCovered: false
     readonly property HomePresenter presenter: Screens.home
 
     Rectangle {
@@ -23,6 +21,24 @@ FocusScope {
             GradientStop {
                 position: 1
                 color: Theme.canvasGradient[2]
+            }
+        }
+    }
+
+    DropArea {
+        anchors.fill: parent
+        onEntered: drag => {
+            drag.accepted = drag.hasUrls || drag.hasText;
+            Screens.canvas.isDropTargeted = drag.hasUrls;
+        }
+        onExited: Screens.canvas.isDropTargeted = false
+        onDropped: drop => {
+            Screens.canvas.isDropTargeted = false;
+            drop.accept(Qt.CopyAction);
+            if (drop.hasUrls) {
+                Screens.canvas.dropFiles(drop.urls);
+            } else {
+                Screens.canvas.dropText(drop.text);
             }
         }
     }

@@ -5,10 +5,26 @@ import Velarc
 Card {
     id: card
 
-    property bool isDropTargeted: false
     readonly property CanvasPresenter presenter: Screens.canvas
+    readonly property bool isDropTargeted: presenter.isDropTargeted
 
     objectName: "input-card"
+
+    // A press beside the controls is meant for the text.
+    TapHandler {
+        onTapped: editor.forceActiveFocus()
+    }
+
+    // Once the canvas has settled; the card goes with its phase, and the timer with it.
+    Timer {
+        interval: 200
+        running: true
+        onTriggered: {
+            if (!Screens.shell.hasSheet) {
+                editor.forceActiveFocus();
+            }
+        }
+    }
 
     Item {
         width: parent.width
@@ -50,6 +66,12 @@ Card {
 
         width: parent.width
         minimumHeight: 210
+
+        Glow {
+            z: -1
+            visible: card.isDropTargeted
+            corner: Theme.chipRadius
+        }
         placeholderText: "Type, paste, or drop a file — then hit Run"
         stroke: card.isDropTargeted ? Theme.inputBorderDropTargeted : Theme.inputBorder
         text: card.presenter.quickInput

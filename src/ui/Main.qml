@@ -20,4 +20,11 @@ Window {
         anchors.fill: parent
         focus: true
     }
+
+    Loader {
+        active: Screens.shell.isSettingsPresented
+        sourceComponent: SettingsWindow {
+            visible: true
+        }
+    }
 }

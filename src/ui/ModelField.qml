@@ -6,7 +6,7 @@ import Velarc
 TextField {
     id: field
 
-    required property EngineRoomPresenter presenter
+    property EngineRoomPresenter presenter: Screens.engineRoom(field)
 
     placeholderText: "Custom model ID"
     inputMethodHints: Qt.ImhNoPredictiveText | Qt.ImhNoAutoUppercase

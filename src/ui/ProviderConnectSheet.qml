@@ -23,6 +23,23 @@ Sheet {
         padding: Theme.space5
         topPadding: 2
 
+        // Once the parts have come to their places.
+        Timer {
+            id: layOut
+
+            interval: 0
+            onTriggered: scroll.showError()
+        }
+
+        // The whole of it with the command below it; the start of one that is too tall.
+        function showError() {
+            if (form.errorCard.visible) {
+                scroll.reveal(form.submitButton);
+                const top = form.errorCard.mapToItem(scroll.contentItem, 0, 0).y - Theme.space2;
+                scroll.contentY = Math.min(scroll.contentY, top);
+            }
+        }
+
         Column {
             width: parent.width
             spacing: Theme.space1
@@ -42,7 +59,6 @@ Sheet {
 
         ConnectGuide {
             width: parent.width
-            presenter: sheet.presenter
         }
 
         ConnectForm {
@@ -50,8 +66,7 @@ Sheet {
 
             width: parent.width
             focus: true
-            presenter: sheet.presenter
-            onGrown: scroll.reveal(form.lastPart)
+            onErrorShown: layOut.restart()
         }
     }
 }

@@ -6,10 +6,43 @@ FocusScope {
     id: shell
 
     readonly property ShellPresenter presenter: Screens.shell
-    readonly property bool hasSheet: presenter.isMoreSheetPresented || presenter.isStudioPresented
-        || presenter.isInputModalPresented || presenter.isActionLibraryPresented
-        || presenter.isEngineRoomPresented || presenter.isUsagePresented
-        || presenter.isProviderConnectPresented
+    readonly property bool isProcessing: Screens.home.phase === HomePresenter.Processing
+
+    // What the keyboard does everywhere, but for under a sheet.
+    Shortcut {
+        sequences: ["Ctrl+Return", "Ctrl+Enter"]
+        enabled: !shell.presenter.hasSheet && !shell.isProcessing
+        onActivated: Screens.home.run()
+    }
+
+    Shortcut {
+        sequence: "Ctrl+Shift+V"
+        enabled: !shell.presenter.hasSheet && !shell.isProcessing
+        onActivated: Screens.canvas.paste()
+    }
+
+    Shortcut {
+        sequence: "Escape"
+        enabled: !shell.presenter.hasSheet && shell.isProcessing
+        onActivated: Screens.home.cancel()
+    }
+
+    Shortcut {
+        sequence: "Ctrl+N"
+        enabled: !shell.presenter.hasSheet
+        onActivated: shell.presenter.newAction()
+    }
+
+    Shortcut {
+        sequence: "Ctrl+K"
+        enabled: !shell.presenter.hasSheet
+        onActivated: shell.presenter.openActionLibrary()
+    }
+
+    Shortcut {
+        sequence: "Ctrl+,"
+        onActivated: shell.presenter.isSettingsPresented = true
+    }
 
     Sidebar {
         id: sidebar
@@ -32,7 +65,6 @@ FocusScope {
         width: shell.width - x
         height: shell.height
         focus: true
-        isCovered: shell.hasSheet
     }
 
     SheetSlot {

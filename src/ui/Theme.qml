@@ -86,6 +86,7 @@ QtObject {
     readonly property real textScale: Screens.appearance.textScale
     readonly property int captionSize: Math.round(12 * textScale)
     readonly property int bodySize: Math.round(13 * textScale)
+    readonly property int readingSize: Math.round(14 * textScale)
     readonly property int cardTitleSize: Math.round(15 * textScale)
     readonly property int sheetTitleSize: Math.round(18 * textScale)
     readonly property int screenTitleSize: Math.round(22 * textScale)

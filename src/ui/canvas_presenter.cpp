@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "base/uuid.h"
 #include "run/app_view_model.h"
+#include "run/named_files.h"
 
 namespace velarc {
 
@@ -94,8 +95,25 @@ void CanvasPresenter::removeAttachment(const QString &attachmentID)
 
 void CanvasPresenter::dropFiles(const QList<QUrl> &urls)
 {
-    if (!urls.isEmpty()) {
-        m_viewModel.canvas().handleDroppedFiles(urls);
+    const QList<QUrl> files = withoutRepeatedFiles(urls);
+    if (!files.isEmpty()) {
+        m_viewModel.canvas().handleDroppedFiles(files);
+    }
+}
+
+void CanvasPresenter::dropText(const QString &text)
+{
+    const QUrl file = fileNamedBy(trimmed(text));
+    if (text.startsWith(u"file://") && !file.isEmpty()) {
+        dropFiles({file});
+    }
+}
+
+void CanvasPresenter::setIsDropTargeted(bool isTargeted)
+{
+    if (isTargeted != m_isDropTargeted) {
+        m_isDropTargeted = isTargeted;
+        Q_EMIT isDropTargetedChanged();
     }
 }
 

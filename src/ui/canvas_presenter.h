@@ -40,6 +40,8 @@ class CanvasPresenter : public QObject
     Q_PROPERTY(bool autoCopyResult READ autoCopyResult NOTIFY optionsChanged)
     Q_PROPERTY(QString inputModalText READ inputModalText WRITE setInputModalText NOTIFY
             inputModalTextChanged)
+    Q_PROPERTY(bool isDropTargeted READ isDropTargeted WRITE setIsDropTargeted NOTIFY
+            isDropTargetedChanged)
 
 public:
     explicit CanvasPresenter(AppViewModel &viewModel, QObject *parent = nullptr);
@@ -53,11 +55,14 @@ public:
     [[nodiscard]] bool autoCopyResult() const;
     [[nodiscard]] QString inputModalText() const;
     void setInputModalText(const QString &text);
+    [[nodiscard]] bool isDropTargeted() const { return m_isDropTargeted; } // a drop hovers
+    void setIsDropTargeted(bool isTargeted);
 
     Q_INVOKABLE void paste();
     Q_INVOKABLE void clear();
     Q_INVOKABLE void removeAttachment(const QString &attachmentID);
-    Q_INVOKABLE void dropFiles(const QList<QUrl> &urls);
+    Q_INVOKABLE void dropFiles(const QList<QUrl> &urls); // each file once
+    Q_INVOKABLE void dropText(const QString &text); // takes the address of a file
     Q_INVOKABLE void toggleAutoRunOnPaste(); // and saves
     Q_INVOKABLE void toggleAutoCopyResult(); // and saves
     Q_INVOKABLE void submitInputModal();
@@ -68,10 +73,12 @@ Q_SIGNALS:
     void noticeChanged();
     void optionsChanged();
     void inputModalTextChanged();
+    void isDropTargetedChanged();
 
 private:
     AppViewModel &m_viewModel;
     RowsOf<AttachmentChip> m_attachments;
+    bool m_isDropTargeted = false;
 
     void refreshAttachments();
 };

@@ -49,7 +49,7 @@ class EngineRoomPresenter : public QObject
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Screens.engineRoom() makes it")
-    Q_PROPERTY(QStringList sections READ sections CONSTANT)
+    Q_PROPERTY(QList<QString> sections READ sections CONSTANT)
     Q_PROPERTY(int section READ section NOTIFY sectionChanged)
     Q_PROPERTY(QString savedLine READ savedLine NOTIFY savedLineChanged)
     Q_PROPERTY(QString statusNote READ statusNote NOTIFY statusNoteChanged)
@@ -57,13 +57,13 @@ class EngineRoomPresenter : public QObject
     Q_PROPERTY(velarc::RowModel *cards READ cards CONSTANT)
     Q_PROPERTY(bool hasModelSelector READ hasModelSelector NOTIFY settingsChanged)
     Q_PROPERTY(QString modelLine READ modelLine NOTIFY settingsChanged)
-    Q_PROPERTY(QStringList models READ models NOTIFY settingsChanged)
+    Q_PROPERTY(QList<QString> models READ models NOTIFY settingsChanged)
     Q_PROPERTY(int modelIndex READ modelIndex NOTIFY settingsChanged)
     Q_PROPERTY(QString modelID READ modelID WRITE setModelID NOTIFY settingsChanged)
     Q_PROPERTY(QString onDeviceTitle READ onDeviceTitle NOTIFY onDeviceChanged)
     Q_PROPERTY(QString onDeviceDetails READ onDeviceDetails NOTIFY onDeviceChanged)
     Q_PROPERTY(bool isOnDeviceEnabled READ isOnDeviceEnabled NOTIFY settingsChanged)
-    Q_PROPERTY(QStringList useCases READ useCases CONSTANT)
+    Q_PROPERTY(QList<QString> useCases READ useCases CONSTANT)
     Q_PROPERTY(int useCase READ useCase NOTIFY settingsChanged)
 
 public:

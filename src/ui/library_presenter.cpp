@@ -18,8 +18,8 @@ LibraryPresenter::LibraryPresenter(AppViewModel &viewModel, QObject *parent)
     connect(&viewModel, &State::actionsChanged, this, &LibraryPresenter::refresh);
     connect(&viewModel, &State::recentActionIDsChanged, this, &LibraryPresenter::refresh);
     connect(&viewModel, &State::selectedActionIDChanged, this, &LibraryPresenter::refresh);
-    connect(&viewModel, &State::deletionNoticeChanged, this,
-        &LibraryPresenter::deletionNoticeChanged);
+    connect(
+        &viewModel, &State::deletionNoticeChanged, this, &LibraryPresenter::deletionNoticeChanged);
 }
 
 void LibraryPresenter::setQuery(const QString &query)
@@ -93,8 +93,8 @@ void LibraryPresenter::undoRemove()
 int LibraryPresenter::rowOf(const QString &actionID) const
 {
     const QList<LibraryRow> &rows = m_rows.rows();
-    const auto found = std::find_if(rows.begin(), rows.end(),
-        [&](const LibraryRow &row) { return row.actionID == actionID; });
+    const auto found = std::find_if(
+        rows.begin(), rows.end(), [&](const LibraryRow &row) { return row.actionID == actionID; });
     return found == rows.end() ? -1 : static_cast<int>(found - rows.begin());
 }
 
@@ -119,8 +119,8 @@ void LibraryPresenter::refresh()
         m_indexed = actions;
     }
     const auto chosen = m_viewModel.library().selectedAction();
-    m_rows.setRows(m_index.rows(m_query, m_viewModel.recentActionIDs(),
-        chosen ? std::optional(chosen->id) : std::nullopt));
+    m_rows.setRows(m_index.rows(
+        m_query, m_viewModel.recentActionIDs(), chosen ? std::optional(chosen->id) : std::nullopt));
 }
 
 const AIAction *LibraryPresenter::actionOf(const QString &actionID) const

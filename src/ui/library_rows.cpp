@@ -63,8 +63,8 @@ QList<const LibraryIndex::Entry *> LibraryIndex::matching(QStringView query) con
     return found;
 }
 
-QList<LibraryRow> LibraryIndex::rows(QStringView query, const QList<QUuid> &recentIDs,
-    const std::optional<QUuid> &chosenID) const
+QList<LibraryRow> LibraryIndex::rows(
+    QStringView query, const QList<QUuid> &recentIDs, const std::optional<QUuid> &chosenID) const
 {
     const QList<const Entry *> found = matching(query);
     QList<LibraryRow> rows;

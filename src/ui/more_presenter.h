@@ -11,8 +11,8 @@ namespace velarc {
 
 class AppViewModel;
 
-// Each way closes the sheet and goes on 0.2 s later: two sheets do not stand at once. Once the sheet
-// is closed it goes nowhere.
+// Each way closes the sheet and goes on 0.2 s later: two sheets do not stand at once. Once the
+// sheet is closed it goes nowhere.
 class MorePresenter : public QObject
 {
     Q_OBJECT

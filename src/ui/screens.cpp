@@ -2,6 +2,7 @@
 
 #include "run/app_view_model.h"
 #include "ui/image_providers.h"
+#include "ui/secret_input_face.h"
 
 #include <QQmlEngine>
 
@@ -18,7 +19,8 @@ constexpr const char *kScreensProperty = "velarcScreens";
 
 } // namespace
 
-Screens::Screens(AppViewModel &viewModel, std::shared_ptr<FileChoosing> files, QObject *parent)
+Screens::Screens(AppViewModel &viewModel, std::shared_ptr<FileChoosing> files,
+    std::shared_ptr<Sharing> sharing, QObject *parent)
     : QObject(parent)
     , m_viewModel(viewModel)
     , m_canvas(viewModel)
@@ -26,6 +28,8 @@ Screens::Screens(AppViewModel &viewModel, std::shared_ptr<FileChoosing> files, Q
     , m_home(viewModel)
     , m_library(viewModel)
     , m_more(viewModel)
+    , m_result(viewModel, m_picture)
+    , m_share(viewModel, files, std::move(sharing))
     , m_studio(viewModel)
     , m_transfer(viewModel, std::move(files))
     , m_usage(viewModel)
@@ -37,9 +41,11 @@ Screens::Screens(AppViewModel &viewModel, std::shared_ptr<FileChoosing> files, Q
 void Screens::attachTo(QQmlEngine &engine)
 {
     qml_register_types_Velarc();
+    showSecretInputsToAssistivePrograms();
     engine.addImportPath(u"qrc:/qt/qml"_s);
     engine.setProperty(kScreensProperty, QVariant::fromValue(this));
     addImageProviders(engine);
+    engine.addImageProvider(u"result"_s, new ResultPictureProvider(m_picture));
 }
 
 EngineRoomPresenter *Screens::engineRoom(QObject *view)

@@ -10,6 +10,8 @@
 #include "ui/home_presenter.h"
 #include "ui/library_presenter.h"
 #include "ui/more_presenter.h"
+#include "ui/result_presenter.h"
+#include "ui/share_presenter.h"
 #include "ui/shell_presenter.h"
 #include "ui/sidebar_presenter.h"
 #include "ui/studio_presenter.h"
@@ -41,6 +43,8 @@ class Screens : public QObject
     Q_PROPERTY(velarc::HomePresenter *home READ home CONSTANT)
     Q_PROPERTY(velarc::LibraryPresenter *library READ library CONSTANT)
     Q_PROPERTY(velarc::MorePresenter *more READ more CONSTANT)
+    Q_PROPERTY(velarc::ResultPresenter *result READ result CONSTANT)
+    Q_PROPERTY(velarc::SharePresenter *share READ share CONSTANT)
     Q_PROPERTY(velarc::ShellPresenter *shell READ shell CONSTANT)
     Q_PROPERTY(velarc::SidebarPresenter *sidebar READ sidebar CONSTANT)
     Q_PROPERTY(velarc::StudioPresenter *studio READ studio CONSTANT)
@@ -48,9 +52,10 @@ class Screens : public QObject
     Q_PROPERTY(velarc::UsagePresenter *usage READ usage CONSTANT)
 
 public:
-    // `viewModel` must outlive it. Without `files` the screens ask for paths themselves.
+    // `viewModel` must outlive it. Without `files` the screens ask for paths themselves; without
+    // `sharing` results are copied and saved only.
     explicit Screens(AppViewModel &viewModel, std::shared_ptr<FileChoosing> files = nullptr,
-        QObject *parent = nullptr);
+        std::shared_ptr<Sharing> sharing = nullptr, QObject *parent = nullptr);
 
     // Has `engine` use this object, and gives it the pictures. The engine goes first.
     void attachTo(QQmlEngine &engine);
@@ -67,6 +72,8 @@ public:
     [[nodiscard]] HomePresenter *home() { return &m_home; }
     [[nodiscard]] LibraryPresenter *library() { return &m_library; }
     [[nodiscard]] MorePresenter *more() { return &m_more; }
+    [[nodiscard]] ResultPresenter *result() { return &m_result; }
+    [[nodiscard]] SharePresenter *share() { return &m_share; }
     [[nodiscard]] ShellPresenter *shell() { return &m_shell; }
     [[nodiscard]] SidebarPresenter *sidebar() { return &m_sidebar; }
     [[nodiscard]] StudioPresenter *studio() { return &m_studio; }
@@ -81,6 +88,9 @@ private:
     HomePresenter m_home;
     LibraryPresenter m_library;
     MorePresenter m_more;
+    std::shared_ptr<ShownPicture> m_picture = std::make_shared<ShownPicture>();
+    ResultPresenter m_result;
+    SharePresenter m_share;
     StudioPresenter m_studio;
     TransferPresenter m_transfer;
     UsagePresenter m_usage;

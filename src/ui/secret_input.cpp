@@ -36,7 +36,6 @@ void toEnd(SecretLine &line, Select select)
 constexpr std::array kKeyRules{
     KeyRule{QKeySequence::SelectAll, [](SecretLine &line) { line.selectAll(); }},
     KeyRule{QKeySequence::Delete, [](SecretLine &line) { line.removeForward(); }},
-    KeyRule{QKeySequence::Backspace, [](SecretLine &line) { line.removeBackward(); }},
     KeyRule{QKeySequence::DeleteStartOfWord, [](SecretLine &line) { line.removeToStart(); }},
     KeyRule{QKeySequence::DeleteCompleteLine, [](SecretLine &line) { line.clear(); }},
     KeyRule{
@@ -81,6 +80,11 @@ bool isText(const QKeyEvent &event)
             || (event.modifiers() & Qt::GroupSwitchModifier) != 0);
 }
 
+bool isBackspace(const QKeyEvent &event)
+{
+    return event.key() == Qt::Key_Backspace && (event.modifiers() & ~Qt::ShiftModifier) == 0;
+}
+
 bool isReturn(const QKeyEvent &event)
 {
     return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
@@ -93,6 +97,12 @@ SecretInput::SecretInput(QQuickItem *parent) : QQuickItem(parent)
     setFlag(ItemAcceptsInputMethod);
     setActiveFocusOnTab(true);
     setCursor(QCursor(Qt::IBeamCursor));
+}
+
+void SecretInput::setAccessibleName(const QString &name)
+{
+    m_accessibleName = name;
+    Q_EMIT accessibleNameChanged();
 }
 
 QString SecretInput::dots() const
@@ -166,6 +176,9 @@ bool SecretInput::edit(const QKeyEvent &event)
 {
     if (event.matches(QKeySequence::Paste)) {
         paste();
+    } else if (isBackspace(event)) {
+        m_line.removeBackward();
+        tellChanged();
     } else if (const KeyRule *rule = ruleFor(event)) {
         rule->apply(m_line);
         tellChanged();
@@ -182,7 +195,8 @@ bool SecretInput::event(QEvent *event)
     // What the field does itself is no shortcut of the window meanwhile.
     if (event->type() == QEvent::ShortcutOverride) {
         const auto &key = static_cast<const QKeyEvent &>(*event);
-        if (key.matches(QKeySequence::Paste) || ruleFor(key) != nullptr || isText(key)) {
+        if (key.matches(QKeySequence::Paste) || ruleFor(key) != nullptr || isBackspace(key)
+            || isText(key)) {
             event->accept();
             return true;
         }

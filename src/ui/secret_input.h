@@ -18,7 +18,8 @@ class SecretInput : public QQuickItem
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QString text READ dots NOTIFY contentChanged)
+    Q_PROPERTY(QString accessibleName READ accessibleName WRITE setAccessibleName NOTIFY
+            accessibleNameChanged)
     Q_PROPERTY(int length READ length NOTIFY contentChanged)
     Q_PROPERTY(int cursorPosition READ cursorPosition NOTIFY cursorChanged)
     Q_PROPERTY(int selectionStart READ selectionStart NOTIFY cursorChanged)
@@ -28,6 +29,8 @@ class SecretInput : public QQuickItem
 public:
     explicit SecretInput(QQuickItem *parent = nullptr);
 
+    [[nodiscard]] const QString &accessibleName() const { return m_accessibleName; }
+    void setAccessibleName(const QString &name);
     [[nodiscard]] Secret secret() const { return m_line.secret(); }
     [[nodiscard]] QString dots() const;
     [[nodiscard]] int length() const { return static_cast<int>(m_line.length()); }
@@ -45,6 +48,7 @@ public:
     [[nodiscard]] QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 
 Q_SIGNALS:
+    void accessibleNameChanged();
     void contentChanged();
     void cursorChanged();
     void cursorRectangleChanged();
@@ -56,6 +60,7 @@ protected:
     void inputMethodEvent(QInputMethodEvent *event) override;
 
 private:
+    QString m_accessibleName;
     SecretLine m_line;
     QRectF m_cursorRectangle; // where who draws it shows the cursor, for the input method
 

@@ -18,6 +18,12 @@ ShellPresenter::ShellPresenter(AppViewModel &viewModel, QObject *parent)
     pass(&State::isEngineRoomPresentedChanged, &Self::isEngineRoomPresentedChanged);
     pass(&State::isUsagePresentedChanged, &Self::isUsagePresentedChanged);
     pass(&State::providerConnectSheetProviderChanged, &Self::isProviderConnectPresentedChanged);
+    for (const auto changed : {&Self::isMoreSheetPresentedChanged, &Self::isStudioPresentedChanged,
+             &Self::isInputModalPresentedChanged, &Self::isActionLibraryPresentedChanged,
+             &Self::isEngineRoomPresentedChanged, &Self::isUsagePresentedChanged,
+             &Self::isProviderConnectPresentedChanged}) {
+        connect(this, changed, this, &Self::hasSheetChanged);
+    }
 }
 
 bool ShellPresenter::isMoreSheetPresented() const
@@ -89,6 +95,21 @@ void ShellPresenter::setIsProviderConnectPresented(bool isPresented)
 {
     if (!isPresented) {
         m_viewModel.setProviderConnectSheetProvider(std::nullopt);
+    }
+}
+
+bool ShellPresenter::hasSheet() const
+{
+    return isMoreSheetPresented() || isStudioPresented() || isInputModalPresented()
+        || isActionLibraryPresented() || isEngineRoomPresented() || isUsagePresented()
+        || isProviderConnectPresented();
+}
+
+void ShellPresenter::setIsSettingsPresented(bool isPresented)
+{
+    if (isPresented != m_isSettingsPresented) {
+        m_isSettingsPresented = isPresented;
+        Q_EMIT isSettingsPresentedChanged();
     }
 }
 

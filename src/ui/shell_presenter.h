@@ -29,6 +29,9 @@ class ShellPresenter : public QObject
             isUsagePresentedChanged)
     Q_PROPERTY(bool isProviderConnectPresented READ isProviderConnectPresented WRITE
             setIsProviderConnectPresented NOTIFY isProviderConnectPresentedChanged)
+    Q_PROPERTY(bool hasSheet READ hasSheet NOTIFY hasSheetChanged)
+    Q_PROPERTY(bool isSettingsPresented READ isSettingsPresented WRITE setIsSettingsPresented NOTIFY
+            isSettingsPresentedChanged)
 
 public:
     explicit ShellPresenter(AppViewModel &viewModel, QObject *parent = nullptr);
@@ -50,6 +53,13 @@ public:
     [[nodiscard]] bool isProviderConnectPresented() const;
     void setIsProviderConnectPresented(bool isPresented);
 
+    // Whether any of them stands.
+    [[nodiscard]] bool hasSheet() const;
+
+    // The settings are a window of their own beside the main one.
+    [[nodiscard]] bool isSettingsPresented() const { return m_isSettingsPresented; }
+    void setIsSettingsPresented(bool isPresented);
+
     Q_INVOKABLE void newAction();
     Q_INVOKABLE void openActionLibrary();
     Q_INVOKABLE void openMoreSheet();
@@ -62,9 +72,12 @@ Q_SIGNALS:
     void isEngineRoomPresentedChanged();
     void isUsagePresentedChanged();
     void isProviderConnectPresentedChanged();
+    void hasSheetChanged();
+    void isSettingsPresentedChanged();
 
 private:
     AppViewModel &m_viewModel;
+    bool m_isSettingsPresented = false;
 };
 
 } // namespace velarc

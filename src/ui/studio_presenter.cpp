@@ -34,8 +34,8 @@ template <typename List> bool hasIndex(const List &list, int index)
 QString asAnEditorHasIt(QString text)
 {
     text.replace(u"\r\n"_s, u"\n"_s);
-    for (const QChar lineEnd : {QChar(u'\r'), QChar(QChar::ParagraphSeparator),
-             QChar(QChar::LineSeparator)}) {
+    for (const QChar lineEnd :
+        {QChar(u'\r'), QChar(QChar::ParagraphSeparator), QChar(QChar::LineSeparator)}) {
         text.replace(lineEnd, u'\n');
     }
     return text.replace(QChar(QChar::Nbsp), u' ');
@@ -351,8 +351,7 @@ void StudioPresenter::tellChanges()
 void StudioPresenter::refreshEngines()
 {
     m_engines.setRows(providerCards(allProviders(), draft().provider, [this](AIProvider provider) {
-        return engineStatusLine(
-            provider, m_viewModel.connections().providerStatusText(provider));
+        return engineStatusLine(provider, m_viewModel.connections().providerStatusText(provider));
     }));
 }
 

@@ -50,8 +50,8 @@ class StudioPresenter : public QObject
     Q_PROPERTY(int destinationIndex READ destinationIndex NOTIFY destinationChanged)
 
     Q_PROPERTY(QList<QString> skills READ skills NOTIFY skillsChanged)
-    Q_PROPERTY(QString pendingSkill READ pendingSkill WRITE setPendingSkill NOTIFY
-            pendingSkillChanged)
+    Q_PROPERTY(
+        QString pendingSkill READ pendingSkill WRITE setPendingSkill NOTIFY pendingSkillChanged)
 
 public:
     explicit StudioPresenter(AppViewModel &viewModel, QObject *parent = nullptr);

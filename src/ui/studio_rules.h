@@ -9,8 +9,8 @@
 namespace velarc {
 
 // `draft` as its engine and destination allow it: applied when the editor opens, and whenever one
-// of the two changes. An engine without models to pick has no model of its own; one with models gets
-// its default where none is named. A format that does not fit becomes Text.
+// of the two changes. An engine without models to pick has no model of its own; one with models
+// gets its default where none is named. A format that does not fit becomes Text.
 [[nodiscard]] AIAction settledDraft(AIAction draft, const ProviderSettings &settings);
 
 // "Global Default" or "Action Override".

@@ -110,9 +110,8 @@ struct TransferTasks
         ActionFile file;
         QString failure;
         try {
-            auto work = [path](const std::stop_token &token) {
-                return loadActionFile(path, token);
-            };
+            auto work = [path](
+                            const std::stop_token &token) { return loadActionFile(path, token); };
             file = co_await worker->run(std::move(work), stop.get_token());
         } catch (const ActionImportError &error) {
             failure = error.message();

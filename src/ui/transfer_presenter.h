@@ -49,8 +49,8 @@ public:
     Q_ENUM(Stage)
 
     // Without `files` a path is always asked for in the sheet.
-    explicit TransferPresenter(AppViewModel &viewModel, std::shared_ptr<FileChoosing> files,
-        QObject *parent = nullptr);
+    explicit TransferPresenter(
+        AppViewModel &viewModel, std::shared_ptr<FileChoosing> files, QObject *parent = nullptr);
     ~TransferPresenter() override;
 
     [[nodiscard]] Stage stage() const { return m_stage; }

@@ -1,7 +1,8 @@
 """velarc-cli as it is installed, with actions whose result goes into a calendar.
 
-Runs inside tests/session/run_in_session.sh without a bus, so that the calendars are the program's
-own: files below the session's data folder, read here by their lines. The program is in VELARC_CLI.
+Runs inside tests/session/run_in_session.sh, with the program's place in VELARC_CLI. Events needs a
+session without a calendar server: the calendars are the program's own then, files below the
+session's data folder, read here by their lines. Server needs one where the bus starts the server.
 """
 
 import json
@@ -10,6 +11,7 @@ import shutil
 import sqlite3
 import subprocess
 import unittest
+from datetime import date, timedelta
 from pathlib import Path
 
 CLI = os.environ["VELARC_CLI"]
@@ -17,6 +19,7 @@ DATA = Path(os.environ["XDG_DATA_HOME"]) / "velarc"
 STORE = DATA / "group.com.tolmar.velarc.sqlite"
 CALENDARS = DATA / "calendars"
 KEY = "velarc.actions.v1"
+SOON = date.today() + timedelta(days=3)  # where an event is looked for by its title
 
 
 def cli(*arguments):
@@ -82,17 +85,19 @@ class Events(unittest.TestCase):
 
     def test_an_event_is_found_by_its_title_and_changed(self):
         store_action("Change It", "calendarEditEvent")
-        self.create("title: Dentist\nstart: 2030-03-04 09:00")
+        self.create(f"title: Dentist\nstart: {SOON} 09:00\nnotes: Bring the card")
         identifier = properties(self.only_event())["UID"]
-        status, out, err = cli("run", "Change It", f"id: {identifier}\nlocation: Room 5")
+        status, out, err = cli("run", "Change It", "title: DENTIST\nlocation: Room 5")
         self.assertEqual((status, err), (0, ""))
-        self.assertTrue(out.startswith('Updated calendar event "Dentist".\n'))
-        self.assertEqual(properties(self.only_event())["LOCATION"], "Room 5")
-        self.assertEqual(properties(self.only_event())["UID"], identifier)
+        self.assertTrue(out.startswith('Updated calendar event "DENTIST".\n'))
+        written = properties(self.only_event())
+        self.assertEqual((written["UID"], written["SUMMARY"]), (identifier, "DENTIST"))
+        self.assertEqual((written["LOCATION"], written["DESCRIPTION"]),
+                         ("Room 5", "Bring the card"))
 
     def test_an_event_is_removed_by_its_title(self):
         store_action("Remove It", "calendarDeleteEvent")
-        self.create("title: Dentist")
+        self.create(f"title: Dentist\nstart: {SOON} 09:00")
         self.assertEqual(cli("run", "Remove It", "title: DENTIST"),
                          (0, 'Deleted calendar event "Dentist".\n', ""))
         self.assertEqual(event_files(), [])
@@ -127,6 +132,20 @@ class Events(unittest.TestCase):
                 self.assertEqual(cli("run", action, "Hello"),
                                  (3, "This action needs foreground compose UI in Mail or Messages. "
                                      "Open Velarc and run it there.\n", ""))
+
+
+class Server(unittest.TestCase):
+    def test_an_event_is_made_on_the_server_and_found_there_by_another_run(self):
+        store_action("Remove It", "calendarDeleteEvent")
+        status, out, err = cli("run", "Create Calendar Event",
+                               f"title: Dentist\nstart: {SOON} 09:00")
+        self.assertEqual((status, err), (0, ""))
+        self.assertTrue(out.startswith('Created calendar event "Dentist".\n'))
+        self.assertEqual(event_files(), [])
+        self.assertEqual(cli("run", "Remove It", "title: dentist"),
+                         (0, 'Deleted calendar event "Dentist".\n', ""))
+        self.assertEqual(cli("run", "Remove It", "title: dentist"),
+                         (1, "", "velarc-cli: Could not find a matching calendar event.\n"))
 
 
 if __name__ == "__main__":

@@ -59,14 +59,7 @@ QCoro::Task<QList<CalendarEvent>> MemoryCalendarStore::events(
 {
     calls.append(u"events"_s);
     windows.append(window);
-    QList<CalendarEvent> found;
-    std::copy_if(allEvents.begin(), allEvents.end(), std::back_inserter(found),
-        [&](const CalendarEvent &event) {
-            const bool isLater = event.startDate >= window.end;
-            const bool isOver = event.endDate <= window.start && event.startDate < window.start;
-            return !isLater && !isOver;
-        });
-    co_return found;
+    co_return eventsIn(window);
 }
 
 QCoro::Task<std::optional<CalendarEvent>> MemoryCalendarStore::eventWithIdentifier(
@@ -100,6 +93,18 @@ QCoro::Task<void> MemoryCalendarStore::remove(CalendarEvent event, std::stop_tok
     co_await saveGate.pass(std::move(stop));
     throwSaveFailure();
     allEvents.erase(find(event.identifier));
+}
+
+QList<CalendarEvent> MemoryCalendarStore::eventsIn(const CalendarWindow &window) const
+{
+    QList<CalendarEvent> found;
+    std::copy_if(allEvents.begin(), allEvents.end(), std::back_inserter(found),
+        [&](const CalendarEvent &event) {
+            const bool isLater = event.startDate >= window.end;
+            const bool isOver = event.endDate <= window.start && event.startDate < window.start;
+            return !isLater && !isOver;
+        });
+    return found;
 }
 
 QList<CalendarEvent>::iterator MemoryCalendarStore::find(const QString &identifier)

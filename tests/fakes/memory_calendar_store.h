@@ -43,6 +43,7 @@ public:
     [[nodiscard]] QCoro::Task<void> remove(CalendarEvent event, std::stop_token stop) override;
 
 private:
+    [[nodiscard]] QList<CalendarEvent> eventsIn(const CalendarWindow &window) const;
     [[nodiscard]] QList<CalendarEvent>::iterator find(const QString &identifier);
     void throwSaveFailure() const;
 };

@@ -9,6 +9,7 @@
 #include <cstdlib>
 
 // Called for each input; the name is the fuzzer's.
+// NOLINTNEXTLINE(readability-identifier-naming)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
 
 namespace velarc {

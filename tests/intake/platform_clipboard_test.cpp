@@ -4,6 +4,7 @@
 
 #include "base/errors.h"
 #include "intake/platform_clipboard.h"
+#include "support/longest_gap.h"
 #include "support/outcome.h"
 #include "support/wait_until.h"
 
@@ -154,31 +155,6 @@ protected:
     }
 };
 
-// The longest time for which the main thread did not turn its event loop.
-class LongestGap
-{
-public:
-    LongestGap()
-    {
-        m_sinceTick.start();
-        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { tick(); });
-        m_timer.start(1ms);
-    }
-
-    [[nodiscard]] std::chrono::milliseconds get()
-    {
-        tick();
-        return std::chrono::milliseconds(m_longest);
-    }
-
-private:
-    QTimer m_timer;
-    QElapsedTimer m_sinceTick;
-    qint64 m_longest = 0;
-
-    void tick() { m_longest = std::max(m_longest, m_sinceTick.restart()); }
-};
-
 TEST_F(PlatformClipboardTest, clipboardWithoutAnOwnerIsEmpty)
 {
     EXPECT_FALSE(read().hasContent());
@@ -260,7 +236,7 @@ TEST_F(PlatformClipboardTest, thirtyMegabytesComeWholeAndTheMainThreadStaysFree)
     copyWithXclip(u"application/pdf"_s, large);
     LongestGap gap;
     EXPECT_TRUE(read().pdfData == large);
-    EXPECT_LT(gap.get(), 500ms);
+    EXPECT_LT(gap.inMilliseconds(), 500);
 }
 
 TEST_F(PlatformClipboardTest, pictureThatWouldTakeGigabytesIsNoAttachment)
@@ -281,7 +257,7 @@ TEST_F(PlatformClipboardTest, ownerThatHangsIsAnEmptyClipboardAndFreezesNothing)
     LongestGap gap;
     EXPECT_FALSE(read().hasContent());
     EXPECT_EQ(outcomeOf(clipboard->text({})), QString());
-    EXPECT_LT(gap.get(), 300ms) << "less than any wait for the owner";
+    EXPECT_LT(gap.inMilliseconds(), 300) << "less than any wait for the owner";
 }
 
 TEST_F(PlatformClipboardTest, pasteDoesNotWaitBehindTheTextThatIsBeingCached)

@@ -7,6 +7,10 @@
 #include "support/printers.h"
 #include "support/wait_until.h"
 #include "system_actions/orchestrator.h"
+#include "system_actions/vdir_calendar_store.h"
+
+#include <QDir>
+#include <QTemporaryDir>
 
 namespace velarc {
 namespace {
@@ -22,11 +26,16 @@ protected:
 
     SystemDestinationTest()
     {
+        launchOver(calendars);
+        action.provider = AIProvider::AppleIntelligence;
+    }
+
+    void launchOver(std::shared_ptr<CalendarStore> store)
+    {
         AppServices made = services();
         made.systemActions = std::make_shared<SystemActionOrchestrator>(
-            std::make_shared<CalendarActionService>(calendars, clock), compose, clock);
+            std::make_shared<CalendarActionService>(std::move(store), clock), compose, clock);
         viewModel = std::make_unique<AppViewModel>(std::move(made));
-        action.provider = AIProvider::AppleIntelligence;
     }
 
     // Has the engine answer `generated` to `input` and the result go to `kind`.
@@ -145,6 +154,49 @@ TEST_F(SystemDestinationTest, runForAShortcutMakesTheEventToo)
     const ResultPayload payload = outcomeOf(viewModel->runForShortcut(action, u"x"_s, {}));
     EXPECT_TRUE(payloadText(payload)->startsWith(u"Created calendar event \"Review\"."_s));
     EXPECT_EQ(calendars->allEvents.size(), 1);
+}
+
+// --- Calendars on disk ---------------------------------------------------------------------------
+
+class SystemDestinationOnDisk : public SystemDestinationTest
+{
+protected:
+    QTemporaryDir folder;
+    QString root = folder.filePath(u"calendars"_s);
+
+    SystemDestinationOnDisk()
+    {
+        launchOver(
+            std::make_shared<BackgroundCalendarStore>(std::make_shared<VdirCalendars>(root)));
+    }
+
+    [[nodiscard]] QStringList eventFiles() const
+    {
+        return QDir(root + u"/Personal"_s).entryList({u"*.ics"_s}, QDir::Files);
+    }
+};
+
+TEST_F(SystemDestinationOnDisk, eventIsMadeChangedAndRemovedByThreeRuns)
+{
+    run(Kind::CalendarCreateEvent, u"Title: Review\nStart: 2026-03-02 09:00"_s, u"x"_s);
+    ASSERT_EQ(eventFiles().size(), 1) << shownError().technical.value_or(u""_s).toStdString();
+    run(Kind::CalendarEditEvent, u"Title: review\nLocation: Room 4"_s, u"x"_s);
+    EXPECT_TRUE(shownText().contains(u"   Location: Room 4\n"_s)) << shownText().toStdString();
+    EXPECT_EQ(eventFiles().size(), 1);
+    run(Kind::CalendarDeleteEvent, u"Title: REVIEW"_s, u"x"_s);
+    EXPECT_EQ(shownText(), u"Deleted calendar event \"review\"."_s);
+    EXPECT_TRUE(eventFiles().isEmpty());
+}
+
+TEST_F(SystemDestinationOnDisk, folderThatCannotBeMadeGivesItsOwnReason)
+{
+    QFile inTheWay(root);
+    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    run(Kind::CalendarCreateEvent, u"Title: Review"_s, u"x"_s);
+    EXPECT_FALSE(shownError().technical.value_or(QString()).isEmpty());
+    EXPECT_EQ(shownError().message,
+        u"Request failed for provider "_s + label(AIProvider::AppleIntelligence) + u'.');
+    EXPECT_EQ(inTheWay.size(), 0);
 }
 
 } // namespace

@@ -7,6 +7,8 @@
 
 #include "ui/secret_input.h"
 
+#include <stdexcept>
+
 namespace velarc {
 
 class ConnectWorld : public UiWorld
@@ -25,7 +27,13 @@ protected:
 
     [[nodiscard]] SecretInput *keyField()
     {
-        return qobject_cast<SecretInput *>(itemCalled(sheet().keyLabel()));
+        QAccessibleInterface *face =
+            accessibleElement(*window, QAccessible::EditableText, sheet().keyLabel());
+        auto *field = face == nullptr ? nullptr : qobject_cast<SecretInput *>(face->object());
+        if (field == nullptr) {
+            throw std::runtime_error("the sheet has no field for the key");
+        }
+        return field;
     }
 
     [[nodiscard]] QString typedKey() { return QString::fromUtf8(keyField()->secret().bytes()); }

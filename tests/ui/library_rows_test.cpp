@@ -1,7 +1,6 @@
-#include "ui/library_rows.h"
-
 #include "actions/catalogue.h"
 #include "base/uuid.h"
+#include "ui/library_rows.h"
 
 #include <gtest/gtest.h>
 
@@ -114,8 +113,8 @@ TEST(LibraryRows, eachEngineHasItsShortWord)
         tags.append(engineTag(provider));
     }
     EXPECT_EQ(tags,
-        (QStringList{u"Default"_s, u"Apple"_s, u"OpenAI"_s, u"Gemini"_s, u"Anthropic"_s,
-            u"Local"_s}));
+        (QStringList{
+            u"Default"_s, u"Apple"_s, u"OpenAI"_s, u"Gemini"_s, u"Anthropic"_s, u"Local"_s}));
 }
 
 } // namespace

@@ -85,8 +85,7 @@ TEST_F(LibrarySheetTest, findsWhatTheUserSearches)
     EXPECT_TRUE(names().contains(u"Invoice Follow-Up Message"_s));
     press(Qt::Key_A, Qt::ControlModifier);
     type(u"  INVOICE "_s);
-    EXPECT_EQ(
-        names(), (QStringList{u"Extract Invoice Info"_s, u"Invoice Follow-Up Message"_s}));
+    EXPECT_EQ(names(), (QStringList{u"Extract Invoice Info"_s, u"Invoice Follow-Up Message"_s}));
 }
 
 TEST_F(LibrarySheetTest, tellsWhenNothingMatches)

@@ -20,8 +20,7 @@ protected:
     LibraryUserTest()
     {
         fileChooser = std::make_shared<ScriptedFileChooser>();
-        fileChooser->choice = {
-            FileChoice::Outcome::Chosen, folder.filePath(u"actions.json"_s)};
+        fileChooser->choice = {FileChoice::Outcome::Chosen, folder.filePath(u"actions.json"_s)};
     }
 
     void openLibrary()

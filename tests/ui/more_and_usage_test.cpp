@@ -145,8 +145,8 @@ TEST_F(UsageSheetTest, withoutEntriesTheTilesShowNothingAndTheTextStandsInTheirP
     EXPECT_EQ(screens->usage()->total(), u"0"_s);
     EXPECT_TRUE(shows(u"0"_s));
     EXPECT_TRUE(shows(u"No usage yet today."_s));
-    EXPECT_TRUE(shows(
-        u"Run an action with OpenAI, Gemini, or Anthropic to start tracking token usage."_s));
+    EXPECT_TRUE(
+        shows(u"Run an action with OpenAI, Gemini, or Anthropic to start tracking token usage."_s));
     EXPECT_TRUE(itemCalled(u"Reset Today Usage"_s)->isEnabled());
 }
 
@@ -191,8 +191,8 @@ TEST(UsageFigures, aSumBeyondTheLargestNumberShowsAsThat)
 {
     DailyUsageLedger ledger;
     constexpr qint64 kMost = std::numeric_limits<qint64>::max();
-    ledger.entries = {{AIProvider::OpenAI, u"a"_s, kMost, 1, kMost},
-        {AIProvider::OpenAI, u"b"_s, 1, 2, 5}};
+    ledger.entries = {
+        {AIProvider::OpenAI, u"a"_s, kMost, 1, kMost}, {AIProvider::OpenAI, u"b"_s, 1, 2, 5}};
     const UsageFigures figures = usageFigures(ledger);
     EXPECT_EQ(figures.input, QString::number(kMost));
     EXPECT_EQ(figures.output, u"3"_s);

@@ -1,6 +1,5 @@
-#include "ui/studio_rules.h"
-
 #include "actions/action_defaults.h"
+#include "ui/studio_rules.h"
 #include "ui/symbols.h"
 
 #include <gmock/gmock.h>
@@ -9,9 +8,9 @@
 namespace velarc {
 
 using namespace Qt::StringLiterals;
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::Not;
-using ::testing::Contains;
 
 namespace {
 
@@ -38,8 +37,7 @@ TEST(StudioRules, theDefaultModelIsThatOfTheSettings)
 {
     const ProviderSettings settings =
         setDefaultModelID(kSettings, AIProvider::OpenAI, u"gpt-5-mini");
-    EXPECT_EQ(
-        settledDraft(draftOn(AIProvider::OpenAI), settings).modelOverrideID, u"gpt-5-mini"_s);
+    EXPECT_EQ(settledDraft(draftOn(AIProvider::OpenAI), settings).modelOverrideID, u"gpt-5-mini"_s);
 }
 
 TEST(StudioRules, aModelThatIsNamedStaysEvenWhereItIsOfAnotherEngine)
@@ -113,8 +111,7 @@ TEST(StudioRules, theNoteOnTheDefaultNamesItsEngineAndModel)
     EXPECT_EQ(noteOf(AIProvider::UseDefault), u"Global default is not set."_s);
     EXPECT_EQ(noteOf(AIProvider::AppleIntelligence),
         u"Global default is Apple Intelligence for private on-device generation."_s);
-    EXPECT_EQ(
-        noteOf(AIProvider::LocalFallback), u"Global default is the Local Preview Engine."_s);
+    EXPECT_EQ(noteOf(AIProvider::LocalFallback), u"Global default is the Local Preview Engine."_s);
     EXPECT_EQ(noteOf(AIProvider::OpenAI),
         u"Global default is OpenAI (gpt-5). New and default actions use this automatically."_s);
 }
@@ -147,8 +144,8 @@ TEST(StudioRules, theDestinationsAreTheOutputsAndThenTheAppsThatAreOffered)
     EXPECT_EQ(identifiers,
         (QStringList{u"output.showInApp"_s, u"output.copyToClipboard"_s,
             u"output.shareImmediately"_s, u"system.calendarCreateEvent"_s,
-            u"system.calendarEditEvent"_s, u"system.calendarDeleteEvent"_s,
-            u"system.mailCompose"_s, u"system.messagesCompose"_s}));
+            u"system.calendarEditEvent"_s, u"system.calendarDeleteEvent"_s, u"system.mailCompose"_s,
+            u"system.messagesCompose"_s}));
 }
 
 TEST(StudioRules, aVariableOnAnEmptyPromptGetsNoLineFeedBeforeIt)
@@ -160,8 +157,8 @@ TEST(StudioRules, aVariableOnAnEmptyPromptGetsNoLineFeedBeforeIt)
 
 TEST(StudioRules, theVariablesStandInTheirOrder)
 {
-    EXPECT_EQ(promptVariables(),
-        (QStringList{u"{User_Input}"_s, u"{Current_Date}"_s, u"{Clipboard}"_s}));
+    EXPECT_EQ(
+        promptVariables(), (QStringList{u"{User_Input}"_s, u"{Current_Date}"_s, u"{Clipboard}"_s}));
 }
 
 TEST(StudioRules, completionsBeginWithWhatIsTypedAndThenHoldIt)

@@ -52,10 +52,10 @@ protected:
 TEST_F(StudioSheetTest, holdsItsSectionsAndTheDraft)
 {
     openNew();
-    for (const char *text : {"Action Studio",
-             "Design how this action thinks, runs, and returns output.", "Identity", "Model",
-             "System Prompt", "Variables", "Output", "Skills", "No skills attached yet.",
-             "Global Default", "Advanced: Provider + model override", "Cancel", "Save Action"}) {
+    for (const char *text :
+        {"Action Studio", "Design how this action thinks, runs, and returns output.", "Identity",
+            "Model", "System Prompt", "Variables", "Output", "Skills", "No skills attached yet.",
+            "Global Default", "Advanced: Provider + model override", "Cancel", "Save Action"}) {
         EXPECT_TRUE(shows(QString::fromLatin1(text))) << text;
     }
     EXPECT_EQ(textOf(u"Action name"_s), u"New Action"_s);
@@ -137,8 +137,7 @@ TEST_F(StudioSheetTest, choosingAnthropicMovesAnImageToTextAndTakesImageOutOfThe
     EXPECT_EQ(draft().outputFormat, OutputFormat::Text);
     EXPECT_FALSE(studio().formatNames().contains(u"Image"_s));
     EXPECT_EQ(itemCalled(u"Format"_s)->property("currentIndex").toInt(), 0);
-    EXPECT_TRUE(
-        shows(u"Claude supports text output only. Choose Text, Markdown, JSON, or PDF."_s));
+    EXPECT_TRUE(shows(u"Claude supports text output only. Choose Text, Markdown, JSON, or PDF."_s));
 }
 
 TEST_F(StudioSheetTest, choosingMailMovesAPdfToTextAndLeavesTextAndMarkdown)
@@ -378,12 +377,12 @@ TEST_F(StudioSheetTest, everyControlIsReachedByTab)
         names.append(name);
         press(Qt::Key_Tab);
     }
-    for (const char *name : {"Action name", "SF Symbol", "Color",
-             "Advanced: Provider + model override", "OpenAI", "OpenAI model", "Custom model ID",
-             "System Prompt", "{User_Input}", "Format", "Destination", "Add skill tag", "Add",
-             "Cancel", "Save Action", "Close"}) {
-        EXPECT_TRUE(names.contains(QString::fromLatin1(name))) << name << " in "
-            << names.join(u", "_s).toStdString();
+    for (const char *name :
+        {"Action name", "SF Symbol", "Color", "Advanced: Provider + model override", "OpenAI",
+            "OpenAI model", "Custom model ID", "System Prompt", "{User_Input}", "Format",
+            "Destination", "Add skill tag", "Add", "Cancel", "Save Action", "Close"}) {
+        EXPECT_TRUE(names.contains(QString::fromLatin1(name)))
+            << name << " in " << names.join(u", "_s).toStdString();
     }
 }
 

@@ -80,10 +80,7 @@ protected:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
-    void choose(const QString &path)
-    {
-        fileChooser->choice = {FileChoice::Outcome::Chosen, path};
-    }
+    void choose(const QString &path) { fileChooser->choice = {FileChoice::Outcome::Chosen, path}; }
 
     void waitForEnd()
     {
@@ -276,8 +273,7 @@ TEST_F(TransferTest, aFileIsImportedByADropOnTheLibrary)
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile(write(writeActions({action(u"Dropped"_s)})))});
     const QPointF at(window->width() / 2.0, window->height() / 2.0);
-    QDragEnterEvent enter(
-        at.toPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QDragEnterEvent enter(at.toPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(window.get(), &enter);
     settle();
     EXPECT_TRUE(shows(u"Drop to import actions"_s));
@@ -297,8 +293,7 @@ TEST_F(TransferTest, severalFilesAreNotDroppedAtOnce)
     EXPECT_TRUE(shows(u"Drop one file at a time to import it. Nothing was imported."_s));
     transfer().importDropped({QUrl(u"https://example.org/a.json"_s)});
     settle();
-    EXPECT_TRUE(
-        shows(u"Only files on this computer can be imported. Nothing was imported."_s));
+    EXPECT_TRUE(shows(u"Only files on this computer can be imported. Nothing was imported."_s));
 }
 
 TEST_F(TransferTest, whereTheDesktopHasNoDialogThePathIsAskedForInTheSheet)
@@ -329,8 +324,7 @@ TEST_F(TransferTest, aFileThatStandsAtATypedPathIsOnlyReplacedAfterAWord)
     EXPECT_TRUE(waitUntil([this] { return transfer().stage() == Stage::AskingPath; }));
     settle();
     EXPECT_EQ(bytesOf(name), "old");
-    EXPECT_TRUE(
-        shows(u"\u201cin.json\u201d exists already. Press Replace to write over it."_s));
+    EXPECT_TRUE(shows(u"\u201cin.json\u201d exists already. Press Replace to write over it."_s));
     click(u"Replace"_s);
     waitForEnd();
     EXPECT_EQ(bytesOf(name), writeActions(viewModel->actions()));
@@ -403,7 +397,8 @@ TEST_F(TransferTest, readingALargeFileNeverHoldsTheWindow)
     }
     choose(write(bytes + ']'));
     transfer().importFile();
-    const auto longest = longestGapUntil([this] { return transfer().stage() == Stage::Previewing; });
+    const auto longest =
+        longestGapUntil([this] { return transfer().stage() == Stage::Previewing; });
     EXPECT_EQ(transfer().previewSummary(), u"10000 new"_s);
     EXPECT_LT(longest.count(), kGapLimit.count());
     transfer().cancel();

@@ -82,7 +82,7 @@ void UiWorld::prepare()
         launch();
     }
     if (!engine) {
-        screens = std::make_unique<Screens>(*viewModel, fileChooser);
+        screens = std::make_unique<Screens>(*viewModel, fileChooser, sharing);
         engine = std::make_unique<QQmlEngine>();
         screens->attachTo(*engine);
         screens->appearance()->setReducesMotion(true); // nothing to wait for

@@ -2,6 +2,7 @@
 
 // The screens over a whole program of scripted engines, in a window that nobody sees.
 
+#include "fakes/recorded_sharing.h"
 #include "fakes/scripted_file_chooser.h"
 #include "support/app_world.h"
 #include "ui/screens.h"
@@ -42,6 +43,7 @@ class UiWorld : public AppWorld
 protected:
     WarningLog warnings;
     std::shared_ptr<ScriptedFileChooser> fileChooser; // none: the screens ask for paths
+    std::shared_ptr<RecordedSharing> sharing = std::make_shared<RecordedSharing>();
     std::unique_ptr<Screens> screens;
     std::unique_ptr<QQmlEngine> engine;
     std::unique_ptr<QQuickWindow> window;

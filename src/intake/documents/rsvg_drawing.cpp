@@ -1,5 +1,8 @@
 #include "intake/documents/rsvg_drawing.h"
 
+#include <gio/gio.h>
+#include <librsvg/rsvg.h>
+
 namespace velarc {
 
 namespace {
@@ -7,6 +10,11 @@ namespace {
 constexpr double kDotsPerInch = 96;
 
 } // namespace
+
+void UnrefDrawing::operator()(RsvgHandle *drawing) const
+{
+    g_object_unref(drawing);
+}
 
 RsvgDrawing loadedDrawing(std::string_view svg)
 {

@@ -2,18 +2,17 @@
 
 #include "intake/documents/svg_root.h"
 
-#include <gio/gio.h>
-#include <librsvg/rsvg.h>
-
 #include <memory>
 #include <optional>
 #include <string_view>
+
+using RsvgHandle = struct _RsvgHandle; // the renderer's own
 
 namespace velarc {
 
 struct UnrefDrawing
 {
-    void operator()(RsvgHandle *drawing) const { g_object_unref(drawing); }
+    void operator()(RsvgHandle *drawing) const;
 };
 using RsvgDrawing = std::unique_ptr<RsvgHandle, UnrefDrawing>;
 

@@ -6,6 +6,7 @@
 #include "intake/documents/xml_tags.h"
 
 #include <cairo.h>
+#include <librsvg/rsvg.h>
 
 #include <algorithm>
 #include <memory>

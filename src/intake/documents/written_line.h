@@ -1,7 +1,9 @@
 #pragma once
 
-#include <cairo.h>
-#include <pango/pango.h>
+// The libraries' own.
+using cairo_t = struct _cairo;
+using PangoLayout = struct _PangoLayout;
+using PangoLayoutLine = struct _PangoLayoutLine;
 
 namespace velarc {
 

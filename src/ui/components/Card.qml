@@ -9,12 +9,25 @@ Item {
     property color stroke: Theme.inputBorder
     default property alias content: column.data
     property alias spacing: column.spacing
+    readonly property bool isVeryTall: height > 4096
 
     implicitWidth: column.implicitWidth + 2 * padding
     implicitHeight: column.implicitHeight + 2 * padding
 
-    Surface {
+    // What is painted costs memory by its size, even unseen; the gradient of a very tall card would
+    // not be noticed.
+    Rectangle {
         anchors.fill: parent
+        visible: card.isVeryTall
+        color: Theme.cardBottom
+        border.color: card.stroke
+        radius: Theme.cardRadius
+        antialiasing: true
+    }
+
+    Surface {
+        width: parent.width
+        height: card.isVeryTall ? 0 : parent.height
         from: Theme.cardTop
         to: Theme.cardBottom
         stroke: card.stroke

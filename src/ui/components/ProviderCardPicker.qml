@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Velarc
 
@@ -81,7 +83,7 @@ FocusScope {
         const next = tile(index);
         if (next !== null) {
             next.forceActiveFocus(Qt.TabFocusReason);
-            next.click();
+            next.clicked();
         }
     }
 }

@@ -3,7 +3,7 @@ import QtQuick.Templates as T
 import Velarc
 
 // One engine to choose: its symbol, its name, what it is and how it stands.
-T.AbstractButton {
+T.RadioButton {
     id: card
 
     property string symbol
@@ -22,21 +22,22 @@ T.AbstractButton {
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
     padding: Theme.space3
     hoverEnabled: true
-    focusPolicy: entersByTab ? Qt.StrongFocus : Qt.ClickFocus
-    activeFocusOnTab: entersByTab
+    checkable: false // whoever owns the choice makes it
+    checked: isSelected
+    autoExclusive: false
+    focusPolicy: entersByTab || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
     opacity: enabled ? 1 : 0.5
     Keys.onLeftPressed: stepped(-1)
     Keys.onRightPressed: stepped(1)
     Keys.onUpPressed: rowStepped(-1)
     Keys.onDownPressed: rowStepped(1)
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
-    Accessible.role: Accessible.RadioButton
+    Keys.onReturnPressed: card.clicked()
+    Keys.onEnterPressed: card.clicked()
     Accessible.name: text
     Accessible.description: (includeSubtitle ? subtitle + ". " : "") + status
     Accessible.checkable: true
     Accessible.checked: isSelected
-    Accessible.onPressAction: click()
+    Accessible.onPressAction: card.clicked()
 
     contentItem: Item {
         implicitHeight: Math.max(tile.height, texts.y + texts.implicitHeight)

@@ -6,22 +6,19 @@ SecretInput {
     id: field
 
     property string placeholderText
-    property string accessibleName: placeholderText
     readonly property int margin: Theme.space3
     readonly property real dotWidth: metrics.advanceWidth
     // How far the line is moved to the left, so that the cursor can be seen.
     property real offset: 0
 
+    accessibleName: placeholderText
     implicitWidth: 240
     implicitHeight: Math.max(Theme.controlHeight, metrics.height + 2 * Theme.space2 - 2)
     cursorRectangle: Qt.rect(margin + cursorPosition * dotWidth - offset, line.y, 1, line.height)
     onCursorChanged: follow()
     onWidthChanged: follow()
+    // The rest of what assistive programs see comes from SecretInput.
     Accessible.role: Accessible.EditableText
-    Accessible.name: accessibleName
-    Accessible.passwordEdit: true
-    Accessible.focusable: true
-    Accessible.focused: activeFocus
     Keys.onMenuPressed: menu.popup(field, margin, height)
 
     function follow() {

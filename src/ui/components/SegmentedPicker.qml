@@ -58,8 +58,7 @@ FocusScope {
                 autoExclusive: false
                 checkable: false
                 checked: index === picker.currentIndex
-                focusPolicy: checked ? Qt.StrongFocus : Qt.ClickFocus
-                activeFocusOnTab: checked
+                focusPolicy: checked || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
                 focus: checked
                 hoverEnabled: true
                 text: modelData
@@ -69,6 +68,7 @@ FocusScope {
                 Keys.onRightPressed: picker.step(1)
                 Accessible.role: Accessible.RadioButton
                 Accessible.name: text
+                Accessible.checkable: true
                 Accessible.checked: checked
                 Accessible.onPressAction: segment.clicked()
 

@@ -2,16 +2,17 @@ import QtQuick
 import QtQuick.Templates as T
 import Velarc
 
-// On or off. Whoever owns `checked` changes it when it is toggled.
-T.Switch {
+// On or off. Whoever owns `checked` changes it when it is toggled. Assistive programs know it as a
+// check box.
+T.CheckBox {
     id: control
 
+    nextCheckState: () => checkState // a press changes nothing by itself
     implicitWidth: 44
     implicitHeight: Theme.hitArea
     hoverEnabled: true
     opacity: enabled ? 1 : 0.5
     Keys.onReturnPressed: control.clicked()
-    Accessible.role: Accessible.CheckBox
     Accessible.name: text
     Accessible.onPressAction: control.clicked()
     Accessible.onToggleAction: control.clicked()

@@ -48,7 +48,6 @@ Item {
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
         text: row.title
-        checkable: false
         checked: row.isOn
         onClicked: row.toggled()
     }

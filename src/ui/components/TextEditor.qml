@@ -2,14 +2,13 @@ import QtQuick
 import QtQuick.Templates as T
 import Velarc
 
-// Several lines of text in a well that scrolls. Tab leaves it; Return is a new line.
+// Several lines of text in a well that scrolls, of any length. Tab leaves it; Return is a new line.
 FocusScope {
     id: editor
 
-    property alias text: area.text
+    property alias text: holder.text
     property alias placeholderText: placeholder.text
-    property alias font: area.font
-    property alias area: area
+    property alias font: placeholder.font
     property string accessibleName: placeholder.text
     property color ground: Theme.editorBackground
     property color stroke: Theme.inputBorder
@@ -17,6 +16,10 @@ FocusScope {
 
     implicitHeight: Math.max(minimumHeight, Math.min(area.implicitHeight, 2 * minimumHeight))
     implicitWidth: 320
+
+    EditedText {
+        id: holder
+    }
 
     Rectangle {
         anchors.fill: parent
@@ -27,7 +30,7 @@ FocusScope {
         antialiasing: true
 
         FocusRing {
-            shown: area.activeFocus
+            shown: editor.activeFocus
             targetRadius: Theme.chipRadius
         }
     }
@@ -43,41 +46,52 @@ FocusScope {
         contentHeight: area.height
         T.ScrollBar.vertical: ScrollBar {}
 
-        T.TextArea {
+        Loader {
             id: area
+
+            readonly property bool isEmpty: item?.isEmpty ?? true
+            readonly property rect caret: item?.caret ?? Qt.rect(0, 0, 0, 0)
 
             width: flickable.width
             height: Math.max(flickable.height, implicitHeight)
-            implicitHeight: contentHeight + topPadding + bottomPadding
             focus: true
-            leftPadding: Theme.space3
-            rightPadding: Theme.space3
-            topPadding: Theme.space3
-            bottomPadding: Theme.space3
-            wrapMode: TextEdit.Wrap
-            textFormat: TextEdit.PlainText
-            selectByMouse: true
-            color: enabled ? Theme.text : Theme.disabledText
-            selectionColor: Theme.accent
-            selectedTextColor: Theme.textOnAccent
-            font.pixelSize: Theme.bodySize
-            Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
-            Keys.onBacktabPressed: nextItemInFocusChain(false)
-                .forceActiveFocus(Qt.BacktabFocusReason)
-            Accessible.role: Accessible.EditableText
-            Accessible.name: editor.accessibleName
-            Accessible.multiLine: true
-
-            onCursorRectangleChanged: flickable.reveal(cursorRectangle)
+            sourceComponent: holder.isLong ? longArea : shortArea
+            onCaretChanged: flickable.reveal(caret)
         }
 
-        function reveal(cursor: rect) {
-            if (cursor.y - area.topPadding < contentY) {
-                contentY = Math.max(0, cursor.y - area.topPadding);
-            } else if (cursor.y + cursor.height + area.bottomPadding > contentY + height) {
-                contentY = cursor.y + cursor.height + area.bottomPadding - height;
+        function reveal(caret: rect) {
+            if (caret.y - Theme.space3 < contentY) {
+                contentY = Math.max(0, caret.y - Theme.space3);
+            } else if (caret.y + caret.height + Theme.space3 > contentY + height) {
+                contentY = caret.y + caret.height + Theme.space3 - height;
             }
         }
+    }
+
+    Component {
+        id: shortArea
+
+        // qmllint disable unqualified
+        EditorArea {
+            focus: true
+            edited: holder
+            font: editor.font
+            Accessible.name: editor.accessibleName
+        }
+        // qmllint enable unqualified
+    }
+
+    Component {
+        id: longArea
+
+        // qmllint disable unqualified
+        LongEditorArea {
+            focus: true
+            edited: holder
+            font: editor.font
+            accessibleName: editor.accessibleName
+        }
+        // qmllint enable unqualified
     }
 
     // Above the text, and deaf: a press goes through it.
@@ -87,9 +101,9 @@ FocusScope {
         x: Theme.space3 + 1
         y: Theme.space3 + 1
         width: parent.width - 2 * x
-        visible: area.length === 0 && area.preeditText === ""
+        visible: area.isEmpty
         color: Theme.placeholderText
-        font: area.font
+        font.pixelSize: Theme.bodySize
         wrapMode: Text.Wrap
         textFormat: Text.PlainText
         horizontalAlignment: Text.AlignLeft
