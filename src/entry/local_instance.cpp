@@ -14,7 +14,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <csignal>
 #include <cstring>
 
 namespace velarc {
@@ -121,7 +120,7 @@ bool hasLocalWindow()
     QString program;
     const QLockFile lock(lockPath());
     return lock.getLockInfo(&process, &host, &program)
-        && (::kill(static_cast<pid_t>(process), 0) == 0 || errno == EPERM);
+        && QFile::exists(u"/proc/%1/exe"_s.arg(process)); // one that has ended has none any more
 }
 
 QByteArray encodeStartRequest(const StartRequest &request)

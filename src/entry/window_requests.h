@@ -26,6 +26,8 @@ struct ImportAnswer
 
     Outcome outcome = Outcome::Imported;
     QString text; // a summary, or the sentence why not
+
+    friend bool operator==(const ImportAnswer &, const ImportAnswer &) = default;
 };
 using TakeImportAnswer = std::function<void(const ImportAnswer &)>;
 
@@ -37,7 +39,8 @@ struct WindowHandlers
     std::function<void(const QUrl &)> openUrl;
     std::function<void(const QUuid &)> selectAction;
     std::function<void(const CopiedThing &)> copy; // at once: the caller is told when it is done
-    std::function<void(const QByteArray &, const TakeImportAnswer &)> import; // answers later
+    // Takes actions over, and answers later.
+    std::function<void(const QByteArray &, const TakeImportAnswer &)> import = nullptr;
 };
 
 // Addresses that mean the same are opened once a turn of the event loop, those of another scheme

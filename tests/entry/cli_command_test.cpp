@@ -111,5 +111,37 @@ INSTANTIATE_TEST_SUITE_P(EveryMistake, CliUsageTest,
         UsageRow{{u"serve"_s, u"now"_s}, u"Surplus argument: \"now\"."},
         UsageRow{{u"actions"_s, u"--jason"_s}, u"Unknown option 'jason'."}));
 
+TEST(CliCommand, exportTakesAnActionOrTheWholeLibrary)
+{
+    const auto all = parsed<ExportCommand>({u"export"_s});
+    EXPECT_EQ(all.action, std::nullopt);
+    EXPECT_EQ(all.outputFile, u"-"_s);
+    const auto one = parsed<ExportCommand>({u"export"_s, u"Joke"_s, u"-o"_s, u"joke.json"_s});
+    EXPECT_EQ(one.action, u"Joke"_s);
+    EXPECT_EQ(one.outputFile, u"joke.json"_s);
+}
+
+TEST(CliCommand, importTakesAFileAndMayOnlyTell)
+{
+    EXPECT_EQ(parsed<ImportCommand>({u"import"_s, u"a.json"_s}).mode, ImportMode::Perform);
+    const auto dry = parsed<ImportCommand>({u"import"_s, u"--dry-run"_s, u"-"_s});
+    EXPECT_EQ(dry.file, u"-"_s);
+    EXPECT_EQ(dry.mode, ImportMode::DryRun);
+}
+
+TEST(CliCommand, whatDoesNotGoWithAnExportOrImportIsAUsageError)
+{
+    for (const QStringList &arguments :
+        {QStringList{u"export"_s, u"a"_s, u"b"_s}, QStringList{u"export"_s, u"--json"_s},
+            QStringList{u"export"_s, u"--output="_s}, QStringList{u"export"_s, u"--dry-run"_s},
+            QStringList{u"import"_s}, QStringList{u"import"_s, QString()},
+            QStringList{u"import"_s, u"a"_s, u"b"_s},
+            QStringList{u"import"_s, u"a"_s, u"--json"_s},
+            QStringList{u"import"_s, u"a"_s, u"-o"_s, u"b"_s},
+            QStringList{u"run"_s, u"a"_s, u"--dry-run"_s}}) {
+        EXPECT_FALSE(parsed<UsageError>(arguments).message.isEmpty());
+    }
+}
+
 } // namespace
 } // namespace velarc
