@@ -34,12 +34,12 @@ constexpr std::array kSheets{
         [](AppViewModel &state, bool on) {
             on ? state.library().newAction() : state.library().cancelStudio();
         }},
-    SheetRow{"inputModal",
-        [](AppViewModel &state, bool on) { state.setIsInputModalPresented(on); }},
-    SheetRow{"library",
-        [](AppViewModel &state, bool on) { state.setIsActionLibraryPresented(on); }},
-    SheetRow{"engineRoom",
-        [](AppViewModel &state, bool on) { state.setIsEngineRoomPresented(on); }},
+    SheetRow{
+        "inputModal", [](AppViewModel &state, bool on) { state.setIsInputModalPresented(on); }},
+    SheetRow{
+        "library", [](AppViewModel &state, bool on) { state.setIsActionLibraryPresented(on); }},
+    SheetRow{
+        "engineRoom", [](AppViewModel &state, bool on) { state.setIsEngineRoomPresented(on); }},
     SheetRow{"usage", [](AppViewModel &state, bool on) { state.setIsUsagePresented(on); }},
     SheetRow{"connect",
         [](AppViewModel &state, bool on) {

@@ -189,8 +189,8 @@ WindowReply selectInWindow(const QUuid &action, const ActivationContext &context
 
 ImportReply importInWindow(const QByteArray &json)
 {
-    const CallOutcome outcome = ask({kWindowInterface, "Import"},
-        g_variant_new("(s)", json.constData()), WindowStart::Never);
+    const CallOutcome outcome = ask(
+        {kWindowInterface, "Import"}, g_variant_new("(s)", json.constData()), WindowStart::Never);
     if (!outcome.results) {
         return {outcome.reply, outcome.complaint};
     }

@@ -72,7 +72,8 @@ CliCommand runCommand(const Operands &operands)
 CliCommand exportCommand(const Operands &operands)
 {
     if (operands.form == AnswerForm::Json) {
-        return UsageError{u"--json goes with \"actions\" and \"run\": an export is JSON already."_s};
+        return UsageError{
+            u"--json goes with \"actions\" and \"run\": an export is JSON already."_s};
     }
     if (operands.words.size() > 1) {
         return surplus(operands.words.at(1));

@@ -68,8 +68,8 @@ struct UsageError
     QString message;
 };
 
-using CliCommand = std::variant<ListCommand, RunCommand, ExportCommand, ImportCommand,
-    ServeCommand, HelpCommand, VersionCommand, UsageError>;
+using CliCommand = std::variant<ListCommand, RunCommand, ExportCommand, ImportCommand, ServeCommand,
+    HelpCommand, VersionCommand, UsageError>;
 
 // Reads the arguments behind the program's name. "--" ends the options, "-" as the text stands for
 // standard input.

@@ -123,8 +123,8 @@ QCoro::Task<CliExit> run(RunCommand command, CliSurroundings surroundings, std::
         co_return complain(surroundings,
             u"There is no input. Give a text behind the action, or pipe one in."_s, CliExit::Usage);
     }
-    co_return co_await runAction(*found.id, *std::move(input), std::move(command),
-        std::move(surroundings), std::move(stop));
+    co_return co_await runAction(
+        *found.id, *std::move(input), std::move(command), std::move(surroundings), std::move(stop));
 }
 
 QCoro::Task<CliExit> serve(CliSurroundings surroundings, std::stop_token stop)

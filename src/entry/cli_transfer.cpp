@@ -35,7 +35,8 @@ QString plan(const QList<ImportStep> &steps, const ActionFile &file)
 {
     QStringList lines;
     for (const ImportStep &step : steps) {
-        const bool isRenamed = !step.replacedName.isEmpty() && step.replacedName != step.action.name;
+        const bool isRenamed =
+            !step.replacedName.isEmpty() && step.replacedName != step.action.name;
         lines.append(nameOf(step.change) + u'\t' + inOneCell(step.action.name)
             + (isRenamed ? u'\t' + inOneCell(step.replacedName) : QString()));
     }
@@ -46,7 +47,8 @@ QString plan(const QList<ImportStep> &steps, const ActionFile &file)
 void tellUnreadable(const ActionFile &file, const CliSurroundings &surroundings)
 {
     for (const UnreadableAction &entry : file.unreadable) {
-        const QString name = entry.name.isEmpty() ? QString() : u" ("_s + inOneCell(entry.name) + u')';
+        const QString name =
+            entry.name.isEmpty() ? QString() : u" ("_s + inOneCell(entry.name) + u')';
         say(surroundings,
             u"entry %1%2 is no action and was left out."_s.arg(entry.position).arg(name));
     }
@@ -133,8 +135,7 @@ QCoro::Task<CliExit> importActions(
     }
     tellUnreadable(file, surroundings);
     if (command.mode == ImportMode::DryRun) {
-        const auto steps =
-            importSteps(surroundings.openStore()->loadActions(), file.actions);
+        const auto steps = importSteps(surroundings.openStore()->loadActions(), file.actions);
         co_return answer(surroundings, plan(steps, file), CliExit::Done);
     }
     if (file.actions.isEmpty()) {

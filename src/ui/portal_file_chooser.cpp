@@ -37,8 +37,8 @@ QDBusMessage callFor(const FileWish &wish, const QString &token)
     QDBusMessage message = QDBusMessage::createMethodCall(u"org.freedesktop.portal.Desktop"_s,
         u"/org/freedesktop/portal/desktop"_s, u"org.freedesktop.portal.FileChooser"_s,
         saves ? u"SaveFile"_s : u"OpenFile"_s);
-    QVariantMap options{
-        {u"handle_token"_s, token}, {u"accept_label"_s, withoutNull(wish.acceptLabel)}, {u"modal"_s, true}};
+    QVariantMap options{{u"handle_token"_s, token},
+        {u"accept_label"_s, withoutNull(wish.acceptLabel)}, {u"modal"_s, true}};
     if (saves) {
         options.insert(u"current_name"_s, withoutNull(wish.suggestedName));
         // A file name of bytes that end with a zero.

@@ -135,8 +135,7 @@ TEST(CliCommand, whatDoesNotGoWithAnExportOrImportIsAUsageError)
         {QStringList{u"export"_s, u"a"_s, u"b"_s}, QStringList{u"export"_s, u"--json"_s},
             QStringList{u"export"_s, u"--output="_s}, QStringList{u"export"_s, u"--dry-run"_s},
             QStringList{u"import"_s}, QStringList{u"import"_s, QString()},
-            QStringList{u"import"_s, u"a"_s, u"b"_s},
-            QStringList{u"import"_s, u"a"_s, u"--json"_s},
+            QStringList{u"import"_s, u"a"_s, u"b"_s}, QStringList{u"import"_s, u"a"_s, u"--json"_s},
             QStringList{u"import"_s, u"a"_s, u"-o"_s, u"b"_s},
             QStringList{u"run"_s, u"a"_s, u"--dry-run"_s}}) {
         EXPECT_FALSE(parsed<UsageError>(arguments).message.isEmpty());

@@ -123,8 +123,8 @@ TEST_F(CliTransferTest, exportOfAnUnknownActionIsRefused)
 TEST_F(CliTransferTest, exportThatCannotBeWrittenSaysSo)
 {
     storeTwo();
-    EXPECT_EQ(perform({u"export"_s, u"-o"_s, folder.filePath(u"none/a.json"_s)}),
-        CliExit::RunFailed);
+    EXPECT_EQ(
+        perform({u"export"_s, u"-o"_s, folder.filePath(u"none/a.json"_s)}), CliExit::RunFailed);
     EXPECT_TRUE(complained().contains(u"could not be written"_s));
 }
 
@@ -201,7 +201,10 @@ protected:
             viewModel.get(), json, [this](const ImportAnswer &answer) { given = answer; }));
     }
 
-    void waitForAnswer() { EXPECT_TRUE(waitUntil([this] { return given.has_value(); })); }
+    void waitForAnswer()
+    {
+        EXPECT_TRUE(waitUntil([this] { return given.has_value(); }));
+    }
 };
 
 TEST_F(WindowImportTest, actionsMeetTheLibraryAsItIsWhenTheFileIsRead)

@@ -130,7 +130,8 @@ TEST_F(BusServiceTest, importIsAnsweredWithItsSummaryOrItsRefusal)
         }});
     ASSERT_TRUE(window.claim());
     const auto answered = [&](const ImportAnswer &given) {
-        auto outcome = std::async(std::launch::async, [] { return importInWindow("[\"\u00e4\"]"); });
+        auto outcome =
+            std::async(std::launch::async, [] { return importInWindow("[\"\u00e4\"]"); });
         EXPECT_TRUE(waitForOthers([&] { return waiting != nullptr; }));
         std::exchange(waiting, nullptr)(given);
         EXPECT_TRUE(

@@ -1,10 +1,9 @@
 // The desktop's file dialog as the window asks for it.
 
-#include "ui/portal_file_chooser.h"
-
 #include "base/errors.h"
 #include "fakes/scripted_portal.h"
 #include "support/wait_until.h"
+#include "ui/portal_file_chooser.h"
 
 #include <QDir>
 
@@ -67,8 +66,7 @@ TEST_F(FileChooserPortal, givesTheFileThatTheUserSavesTo)
     const QVariantMap &options = portal.drafts.first();
     EXPECT_EQ(options.value(u"current_name"_s).toString(), u"a.json"_s);
     EXPECT_EQ(options.value(u"accept_label"_s).toString(), u"Save it"_s);
-    EXPECT_EQ(options.value(u"current_folder"_s).toByteArray(),
-        QDir::homePath().toUtf8() + '\0');
+    EXPECT_EQ(options.value(u"current_folder"_s).toByteArray(), QDir::homePath().toUtf8() + '\0');
 }
 
 TEST_F(FileChooserPortal, givesTheFileThatTheUserOpens)
