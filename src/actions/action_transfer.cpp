@@ -18,6 +18,9 @@ constexpr qsizetype kFileNameLength = 60;
 
 Json parsedFile(QByteArrayView bytes, const std::stop_token &stop)
 {
+    if (bytes.trimmed().isEmpty()) {
+        throw ActionImportError(u"The file is empty, so nothing was imported."_s);
+    }
     try {
         return parseJson(bytes, stop);
     } catch (const JsonError &) {

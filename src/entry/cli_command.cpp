@@ -94,13 +94,14 @@ CliCommand importCommand(const Operands &operands)
     if (operands.form == AnswerForm::Json || operands.outputFile) {
         return UsageError{u"\"import\" takes --dry-run alone."_s};
     }
-    if (operands.words.isEmpty() || operands.words.first().isEmpty()) {
-        return UsageError{u"Name a file: velarc-cli import FILE, or - for standard input."_s};
+    const QString file = operands.words.isEmpty() ? u"-"_s : operands.words.first();
+    if (file.isEmpty()) {
+        return UsageError{u"Name a file: velarc-cli import FILE, or pipe one in."_s};
     }
     if (operands.words.size() > 1) {
         return surplus(operands.words.at(1));
     }
-    return ImportCommand{operands.words.first(), operands.mode};
+    return ImportCommand{file, operands.mode};
 }
 
 CliCommand serveCommand(const Operands &operands)
@@ -136,7 +137,7 @@ CliCommand parseCliCommand(const QStringList &arguments)
     Operands operands;
     operands.words = parser.positionalArguments();
     if (operands.words.isEmpty()) {
-        return UsageError{u"Say what to do: \"actions\" or \"run\"."_s};
+        return UsageError{u"Say what to do: \"actions\", \"run\", \"export\" or \"import\"."_s};
     }
     const QString verb = operands.words.takeFirst();
     operands.form = parser.isSet(kJson) ? AnswerForm::Json : AnswerForm::Lines;
@@ -172,10 +173,11 @@ QString cliHelp()
     return uR"(Usage: velarc-cli actions [--json]
        velarc-cli run ACTION [TEXT] [--json] [--output FILE]
        velarc-cli export [ACTION] [--output FILE]
-       velarc-cli import [--dry-run] FILE
+       velarc-cli import [FILE] [--dry-run]
        velarc-cli serve
 
-Runs an action of your library without the window.
+Runs an action of your library without the window, and moves actions between
+libraries.
 
   actions          list the actions, an identifier, a tab and a title a line
     --json         list them as a JSON array of objects with "id" and "title"
@@ -189,8 +191,9 @@ Runs an action of your library without the window.
   export           write the library as JSON; with ACTION that action alone
     -o, --output FILE
                    write to FILE, for your eyes only, instead of standard output
-  import FILE      take the actions of FILE over, "-" is standard input: an action
-                   takes the place of the one of its identifier, or is new
+  import FILE      take the actions of FILE over: an action takes the place of the
+                   one of its identifier, or is new
+  import           take them from standard input; so does "-" in the place of FILE
     --dry-run      tell what that would do, and do nothing
   serve            answer desktop search and other programs over the session
                    bus, until nobody has asked for a while; the bus starts it
@@ -199,13 +202,15 @@ Runs an action of your library without the window.
       --version    show the version and end
   --               what follows is no option
 
-Exit status: 0 done, 1 the run failed, 2 usage or no action of that title,
-3 refused; the answer says why. 130 if you stopped it with Ctrl+C.
+Exit status: 0 done, 1 the run, the export or the import failed, 2 usage or no
+action of that title, 3 refused; the answer says why. 130 if you stopped it with
+Ctrl+C.
 
 Examples:
   velarc-cli run "One-Sentence Summary" "The meeting moved to Monday."
   git diff | velarc-cli run "Git Ideas"
   velarc-cli run "Tell Me a Joke" cats --json | jq -r .payload.text
+  velarc-cli export | ssh laptop velarc-cli import
 )"_s;
 }
 

@@ -22,6 +22,7 @@ protected:
     std::unique_ptr<FILE, FileCloser> err{std::tmpfile()};
     QTemporaryDir folder;
     QByteArray standardInput;
+    bool inputIsTerminal = false;
     ImportReply reply{WindowReply::NoBus, QString()}; // of the window
     QByteArrayList handedOver;
 
@@ -31,6 +32,7 @@ protected:
         made.openStore = [this] { return store; };
         made.makeViewModel = [this] { return std::make_unique<AppViewModel>(services()); };
         made.readStandardInput = [this] { return standardInput; };
+        made.standardInputIsTerminal = [this] { return inputIsTerminal; };
         made.importInWindow = [this](const QByteArray &json) {
             handedOver.append(json);
             return reply;
@@ -150,6 +152,21 @@ TEST_F(CliTransferTest, importWithAWindowGoesThroughItAndLeavesTheStoreAlone)
     EXPECT_EQ(handedOver, QByteArrayList{writeActions({fresh})});
     EXPECT_EQ(said(), QByteArray("1 new\n"));
     EXPECT_FALSE(storeHas(fresh));
+}
+
+TEST_F(CliTransferTest, importWithoutAFileTakesWhatIsPipedIn)
+{
+    standardInput = writeActions({testAction(u"Fresh"_s)});
+    EXPECT_EQ(perform({u"import"_s}), CliExit::Done);
+    EXPECT_EQ(said(), QByteArray("1 new\n"));
+}
+
+TEST_F(CliTransferTest, importWithoutAFileDoesNotWaitForATerminal)
+{
+    inputIsTerminal = true;
+    EXPECT_EQ(perform({u"import"_s}), CliExit::Usage);
+    EXPECT_EQ(complained(),
+        u"velarc-cli: Name a file: velarc-cli import FILE, or pipe one in.\n"_s);
 }
 
 TEST_F(CliTransferTest, importThatTheWindowRefusesFailsWithItsSentence)
