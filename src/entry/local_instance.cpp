@@ -112,6 +112,16 @@ private:
 
 } // namespace
 
+bool hasLocalWindow()
+{
+    qint64 process = 0;
+    QString host;
+    QString program;
+    const QLockFile lock(lockPath());
+    return lock.getLockInfo(&process, &host, &program)
+        && QFile::exists(u"/proc/%1/exe"_s.arg(process)); // one that has ended has none any more
+}
+
 QByteArray encodeStartRequest(const StartRequest &request)
 {
     Json addresses = Json::array();

@@ -51,6 +51,9 @@ private:
 // is leaving, and counts as gone. Any thread, without an application object too.
 [[nodiscard]] HandOver handOverLocally(const StartRequest &request);
 
+// Whether a process that lives holds the lock. Any thread.
+[[nodiscard]] bool hasLocalWindow();
+
 // The line that goes over the socket. Errors: JsonError.
 [[nodiscard]] QByteArray encodeStartRequest(const StartRequest &request);
 [[nodiscard]] StartRequest decodeStartRequest(QByteArrayView line);

@@ -128,5 +128,38 @@ TEST_F(BusServiceTest, unknownActionShowsTheWindowAndDoesNothing)
     EXPECT_EQ(askedInTheEnd(), QStringList{u"present /"_s});
 }
 
+TEST_F(BusServiceTest, importIsAnsweredWithItsSummaryOrItsRefusal)
+{
+    TakeImportAnswer waiting;
+    QByteArray imported;
+    SingleInstance window({nullptr, nullptr, nullptr, nullptr,
+        [&](const QByteArray &json, const TakeImportAnswer &answer) {
+            imported = json;
+            waiting = answer;
+        }});
+    ASSERT_TRUE(window.claim());
+    const auto answered = [&](const ImportAnswer &given) {
+        auto outcome =
+            std::async(std::launch::async, [] { return importInWindow("[\"\u00e4\"]"); });
+        EXPECT_TRUE(waitForOthers([&] { return waiting != nullptr; }));
+        std::exchange(waiting, nullptr)(given);
+        EXPECT_TRUE(
+            waitForOthers([&] { return outcome.wait_for(1ms) == std::future_status::ready; }));
+        return outcome.get();
+    };
+    const ImportReply done = answered({ImportAnswer::Outcome::Imported, u"1 new"_s});
+    EXPECT_EQ(done.reply, WindowReply::Done);
+    EXPECT_EQ(done.text, u"1 new"_s);
+    EXPECT_EQ(imported, QByteArray("[\"\u00e4\"]"));
+    const ImportReply refused = answered({ImportAnswer::Outcome::Refused, u"No."_s});
+    EXPECT_EQ(refused.reply, WindowReply::Failed);
+    EXPECT_EQ(refused.text, u"No."_s);
+}
+
+TEST_F(BusServiceTest, importWithoutAWindowIsNobodys)
+{
+    EXPECT_EQ(meanwhile([] { return importInWindow("[]"); }).reply, WindowReply::NoWindow);
+}
+
 } // namespace
 } // namespace velarc
