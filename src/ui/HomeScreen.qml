@@ -93,6 +93,7 @@ FocusScope {
             id: noteText
 
             width: parent.width
+            visible: text !== ""
             style: Label.Caption
             secondary: true
             text: home.presenter.statusNote
