@@ -19,6 +19,7 @@ BUS_LAUNCHER = "/usr/libexec/at-spi-bus-launcher"
 EDITOR = "Type, paste, or drop a file — then hit Run"
 TEXT = "The harbour ferry was late again. The crew blamed the tide. Nobody minded much."
 BUTTON = "push button"
+UP, DOWN = 4, 5  # the turns of a wheel, as buttons
 PATIENCE = float(os.environ.get("VELARC_PATIENCE", "20"))  # seconds until a thing that must happen has not
 
 
@@ -92,7 +93,7 @@ class Window:
                                         stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
         self._said = None
         self._listeners = []
-        self._application = wait_for("the window", self._find_application)
+        self.application = wait_for("the window", self._find_application)
         self.focus()
 
     def _find_application(self):
@@ -132,7 +133,7 @@ class Window:
 
     def _showing(self, node=None):
         """Every node that is on the screen, in reading order."""
-        node = node or self._application
+        node = node or self.application
         for index in range(node.get_child_count()):
             child = node.get_child_at_index(index)
             if child is None:
@@ -211,10 +212,10 @@ class Window:
         subprocess.run(["xdotool", "type", "--delay", "2", "--", text], check=True)
 
     @staticmethod
-    def scroll(x, y):
+    def scroll(x, y, turn):
         """By some turns of the wheel, with the pointer there."""
         move_pointer(x, y)
-        subprocess.run(["xdotool", "click", "--repeat", "3", "5"], check=True)
+        subprocess.run(["xdotool", "click", "--repeat", "3", str(turn)], check=True)
 
     @staticmethod
     def click(node, button=1):
@@ -225,7 +226,7 @@ class Window:
 
 
 def move_pointer(x, y):
-    subprocess.run(["xdotool", "mousemove", "--sync", str(x), str(y)], check=True)
+    subprocess.run(["xdotool", "mousemove", str(x), str(y)], check=True)
 
 
 class WindowTest(unittest.TestCase):
@@ -247,7 +248,7 @@ class WindowTest(unittest.TestCase):
         """In the sidebar, which has rows only for what is in view."""
         self.window.find("Quick Actions")
         while not self.window.named(action, "list item"):
-            self.window.scroll(100, 600)
+            self.window.scroll(100, 600, DOWN)
         self.window.press(action, "list item")
         self.window.find(action, BUTTON)  # the card of the action
 
