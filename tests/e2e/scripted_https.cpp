@@ -7,8 +7,10 @@
 //   {"status": 200, "headers": {"name": "value"}, "body": "text"}
 //   {"silence": true}
 //   {"close": true}
-// Each whole request uses up one answer; without one it is answered with status 500. Standard
-// output has a line {"listening": true} at the start and one a request:
+//   {"late": true, "status": 200, ...}
+// The last goes to the request that was answered with silence, at once. Of the others each whole
+// request uses up one; without one it is answered with status 500. Standard output has a line
+// {"listening": true} at the start and one a request:
 //   {"method": "POST", "path": "/v1/messages", "headers": {"name": "value"}, "body": "text"}
 // It ends with standard input.
 
@@ -93,6 +95,15 @@ private:
         return answer;
     }
 
+    void take(const QJsonObject &line)
+    {
+        if (line.contains("late"_L1)) {
+            m_server.sendMore(answerOf(line).bytes);
+        } else {
+            m_answers.push_back(answerOf(line));
+        }
+    }
+
     void readScript()
     {
         constexpr std::size_t kPieceBytes = 64 * 1024;
@@ -104,7 +115,7 @@ private:
         }
         m_unread += piece.left(count);
         for (qsizetype end = m_unread.indexOf('\n'); end >= 0; end = m_unread.indexOf('\n')) {
-            m_answers.push_back(answerOf(QJsonDocument::fromJson(m_unread.left(end)).object()));
+            take(QJsonDocument::fromJson(m_unread.left(end)).object());
             m_unread.remove(0, end + 1);
         }
     }
