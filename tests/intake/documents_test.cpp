@@ -5,12 +5,14 @@
 #include "intake/pdf_text_reader.h"
 #include "intake/svg_rasterizer.h"
 #include "records/run_errors.h"
+#include "support/environment.h"
 #include "support/printers.h"
 #include "support/wait_until.h"
 
 #include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 #include <QUuid>
 
 #include <gtest/gtest.h>
@@ -168,6 +170,24 @@ TEST(PdfExport, missingHelperIsNoContext)
     PdfExport pdfExport(u"/nonexistent/helper"_s);
     EXPECT_EQ(endOf(pdfExport.exportPDF(u"x"_s, u"T"_s, {})).failure,
         u"Could not initialize PDF context."_s);
+}
+
+TEST(PdfExport, folderThatTakesNoFileIsAFailedWriteAndNoMore)
+{
+    const ScopedVariable folder("TMPDIR", "/proc"); // not even for root
+    PdfExport pdfExport(helper());
+    EXPECT_EQ(endOf(pdfExport.exportPDF(u"x"_s, u"T"_s, {})).failure,
+        u"Could not write the generated PDF file."_s);
+}
+
+TEST(PdfExport, fileLiesInTheTemporaryFolder)
+{
+    const QTemporaryDir folder;
+    const ScopedVariable temporary("TMPDIR", folder.path().toStdString());
+    QString path;
+    exported(u"text"_s, u"a/b"_s, &path);
+    EXPECT_EQ(QFileInfo(path).path(), folder.path());
+    EXPECT_TRUE(QFileInfo(path).fileName().startsWith(u"a-b-"_s));
 }
 
 TEST(PdfText, pagesAreTrimmedBlankOnesDroppedAndSetApartByABlankLine)

@@ -5,6 +5,7 @@
 #include "support/fixture.h"
 #include "support/printers.h"
 
+#include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
@@ -402,6 +403,28 @@ TEST(ExportedPages, invalidTextIsShownAsFarAsItIsValid)
     const QString said =
         QString::fromUtf8(saidBy(u"pdftotext"_s, {u"-"_s, u"-"_s}, outcome.output));
     EXPECT_TRUE(said.contains(u"good"_s) && said.contains(u"bytes"_s));
+}
+
+TEST(ExportedPages, codesThatAreNoCharactersAreReplaced)
+{
+    const QString text = u"a\uFDD0b\uFDEFc\uFFFEd\U0001FFFFe"_s;
+    const QString said = letters(Exported(text, u"T\uFDD0"_s).bodies(u"T"_s));
+    EXPECT_TRUE(said.endsWith(u"a\uFFFDb\uFFFDc\uFFFDd\uFFFDe"_s)) << said.toStdString();
+}
+
+// Of every script, mark and picture, in any order: no two fit together, and none is in every font.
+TEST(ExportedPages, anyCharactersAtAllMakePages)
+{
+    QRandomGenerator random(5);
+    for (int round = 0; round < 30; ++round) {
+        QString text;
+        for (int at = 0; at < 400; ++at) {
+            const char32_t code = random.bounded(4) == 0 ? random.bounded(0x1F000U, 0x20000U)
+                                                         : random.bounded(0x20U, 0xD800U);
+            text += QString::fromUcs4(&code, 1);
+        }
+        EXPECT_EQ(Exported(text, text.left(20)).pageCount(), 1) << round;
+    }
 }
 
 TEST(ExportedPages, equalTextsGiveEqualBytes)

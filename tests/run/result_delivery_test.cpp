@@ -1,4 +1,5 @@
 #include "support/app_world.h"
+#include "support/environment.h"
 #include "support/wait_until.h"
 
 #include <QDir>
@@ -273,6 +274,16 @@ TEST_F(ResultDeliveryTest, imageSharedTwiceMakesTwoPrivateFiles)
         EXPECT_EQ(bytesOf(url), QByteArrayLiteral("png"));
         QFile::remove(url.toLocalFile());
     }
+}
+
+TEST_F(ResultDeliveryTest, folderThatTakesNoFileLeavesNothingToShareAndNoNote)
+{
+    answerWith(ImagePayload{QByteArrayLiteral("png")});
+    run(u"x"_s);
+    const auto note = viewModel->statusNote();
+    const ScopedVariable folder("TMPDIR", "/proc"); // not even for root
+    EXPECT_EQ(share(), std::nullopt);
+    EXPECT_EQ(viewModel->statusNote(), note);
 }
 
 TEST_F(ResultDeliveryTest, sharedPdfIsTheFileThatStands)
