@@ -77,6 +77,7 @@ check_format || status=1
 for script in tools/check_*.py; do
     python3 "$script" || status=1
 done
+bash tools/lint_qml.sh "$tree" || status=1
 tidy "$@" || status=1
 ((status == 0)) && echo "All checks passed." || echo "Some checks failed."
 exit "$status"

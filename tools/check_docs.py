@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
-"""Checks that what README.md and CONTRIBUTING.md point at is there.
+"""Checks that what README.md, CONTRIBUTING.md and the pages of docs/ point at is there.
 
 Usage: check_docs.py [ROOT]
 
 A path is a word in backticks that holds a slash or has the ending of a source file; it may start at
 the root or, as an include does, at src/, and may hold a pattern such as `src/*/CMakeLists.txt`.
-Links to addresses, paths outside the tree (`/...`, `~...`, `$...`) and what the build makes
-(`build/...`) are left alone. Relative links are checked likewise.
+Links to addresses, paths outside the tree (`/...`, `~...`, `$...`), what the build makes
+(`build/...`) and media types are left alone. Relative links are checked likewise.
 """
 
 import re
@@ -19,7 +19,7 @@ ENDINGS = (".md", ".cpp", ".h", ".qml", ".py", ".sh", ".cmake", ".txt", ".json",
 FENCE = re.compile(r"^\s*(```|~~~)")
 SPAN = re.compile(r"`([^`]+)`")
 LINK = re.compile(r"\]\(([^)\s]+)\)")
-ELSEWHERE = re.compile(r"^([/~$#-]|build/|\.\.\.|[a-z][a-z+.-]*:)|[<>{}\"]")
+ELSEWHERE = re.compile(r"^([/~$#-]|build/|(text|image|application)/|\.\.\.|[a-z][a-z+.-]*:)|[<>{}\"]")
 
 
 def names_path(word):
@@ -34,22 +34,29 @@ def paths_of(line):
     yield from (target for target in links if target and not ELSEWHERE.search(target))
 
 
-def exists(root, path):
-    return any(next(folder.glob(path), None) is not None for folder in (root, root / "src"))
+def exists(own_folder, root, path):
+    folders = (own_folder, root, root / "src")
+    return any(next(folder.glob(path), None) is not None for folder in folders)
+
+
+def documents_of(root):
+    pages = sorted((root / "docs").glob("*.md"))
+    return [root / name for name in DOCUMENTS] + pages
 
 
 def check(root):
     faults = []
-    for document in DOCUMENTS:
-        if not (root / document).is_file():
+    for page in documents_of(root):
+        document = page.relative_to(root)
+        if not page.is_file():
             faults.append(f"there is no {document}")
             continue
         is_code = False
-        for number, line in enumerate((root / document).read_text("utf-8").splitlines(), 1):
+        for number, line in enumerate(page.read_text("utf-8").splitlines(), 1):
             if FENCE.match(line):
                 is_code = not is_code
             elif not is_code:
-                missing = (path for path in paths_of(line) if not exists(root, path))
+                missing = (path for path in paths_of(line) if not exists(page.parent, root, path))
                 faults += (f"{document}:{number}: there is no {path}" for path in missing)
     return faults
 

@@ -104,11 +104,6 @@ QList<AIAction> withSavedDraft(
     return actions;
 }
 
-QUuid selectionAfterSaving(const std::optional<QUuid> &selectedID, const QUuid &savedID)
-{
-    return selectedID.value_or(savedID);
-}
-
 QList<AIAction> withDuplicate(QList<AIAction> actions, const AIAction &source)
 {
     AIAction copy = source;

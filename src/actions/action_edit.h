@@ -27,10 +27,6 @@ namespace velarc {
 [[nodiscard]] QList<AIAction> withSavedDraft(
     QList<AIAction> actions, const AIAction &draft, const std::optional<QUuid> &editingID);
 
-// The selection after saving: it changes only where there was none.
-[[nodiscard]] QUuid selectionAfterSaving(
-    const std::optional<QUuid> &selectedID, const QUuid &savedID);
-
 // `actions` with an unpinned copy of `source` behind all others, its name ending in " Copy".
 [[nodiscard]] QList<AIAction> withDuplicate(QList<AIAction> actions, const AIAction &source);
 

@@ -75,21 +75,47 @@ std::tm brokenDown(Instant instant, std::tm *(*convert)(const std::time_t *, std
     return parts;
 }
 
-} // namespace
-
-QString longDateShortTime(Instant instant)
+UDate toICU(Instant instant)
 {
-    const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createDateTimeInstance(
-        icu::DateFormat::kLong, icu::DateFormat::kShort, environmentLocale("LC_TIME")));
+    const auto whole = std::chrono::floor<std::chrono::milliseconds>(instant);
+    return static_cast<UDate>(whole.time_since_epoch().count());
+}
+
+QString formatted(const std::unique_ptr<icu::DateFormat> &format, Instant instant)
+{
     if (!format) {
         return iso8601(instant);
     }
     format->adoptTimeZone(icu::TimeZone::detectHostTimeZone());
-    const auto milliseconds =
-        std::chrono::floor<std::chrono::milliseconds>(instant).time_since_epoch();
     icu::UnicodeString text;
-    format->format(static_cast<UDate>(milliseconds.count()), text);
+    format->format(toICU(instant), text);
     return toQString(text);
+}
+
+QString dateShortTime(Instant instant, icu::DateFormat::EStyle dateStyle)
+{
+    const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createDateTimeInstance(
+        dateStyle, icu::DateFormat::kShort, environmentLocale("LC_TIME")));
+    return formatted(format, instant);
+}
+
+} // namespace
+
+QString longDateShortTime(Instant instant)
+{
+    return dateShortTime(instant, icu::DateFormat::kLong);
+}
+
+QString mediumDateShortTime(Instant instant)
+{
+    return dateShortTime(instant, icu::DateFormat::kMedium);
+}
+
+QString shortTime(Instant instant)
+{
+    const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createTimeInstance(
+        icu::DateFormat::kShort, environmentLocale("LC_TIME")));
+    return formatted(format, instant);
 }
 
 QString localDayKey(Instant instant)
@@ -124,12 +150,6 @@ constexpr CalendarUnit kUnits[]{
     {UCAL_MINUTE, UDAT_REL_UNIT_MINUTE},
     {UCAL_SECOND, UDAT_REL_UNIT_SECOND},
 };
-
-UDate toICU(Instant instant)
-{
-    const auto whole = std::chrono::floor<std::chrono::milliseconds>(instant);
-    return static_cast<UDate>(whole.time_since_epoch().count());
-}
 
 struct Distance
 {

@@ -18,6 +18,12 @@ namespace velarc {
 // "February 20, 2026 at 10:00 AM" for a US locale: the long date and the short time.
 [[nodiscard]] QString longDateShortTime(Instant instant);
 
+// "10:00 AM" for a US locale: the short time without a date. A space before AM or PM is narrow.
+[[nodiscard]] QString shortTime(Instant instant);
+
+// "Feb 20, 2026, 10:00 AM" for a US locale: the medium date and the short time.
+[[nodiscard]] QString mediumDateShortTime(Instant instant);
+
 // "2026-02-20" in the Gregorian calendar and the system's time zone, whatever the locale.
 [[nodiscard]] QString localDayKey(Instant instant);
 

@@ -1,6 +1,8 @@
 #include "base/private_file.h"
 
 #include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -46,6 +48,18 @@ bool writeNewPrivateFile(const QString &path, QByteArrayView bytes)
     }
     ::unlink(name.constData());
     return false;
+}
+
+bool replacePrivateFile(const QString &path, QByteArrayView bytes)
+{
+    const QFileInfo present(path);
+    if (present.exists() && !present.isFile()) {
+        return false; // opening a pipe would wait for a reader
+    }
+    QSaveFile file(path);
+    return file.open(QIODevice::WriteOnly)
+        && file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner)
+        && file.write(bytes.data(), bytes.size()) == bytes.size() && file.commit();
 }
 
 } // namespace velarc

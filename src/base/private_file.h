@@ -12,4 +12,9 @@ namespace velarc {
 // false for every failure.
 [[nodiscard]] bool writeNewPrivateFile(const QString &path, QByteArrayView bytes);
 
+// Writes a file of mode 0600 in the place of the one of that name, links followed; until all of it
+// is on disk, what stood there stands. Any thread; false for every failure, and for a name of what
+// is no regular file.
+[[nodiscard]] bool replacePrivateFile(const QString &path, QByteArrayView bytes);
+
 } // namespace velarc

@@ -2,8 +2,6 @@
 
 #include "base/text.h"
 
-#include <QString>
-
 #include <cstring>
 #include <utility>
 
@@ -51,7 +49,7 @@ Secret Secret::trimmed() const
 {
     QString text = QString::fromUtf8(bytes());
     Secret result = fromText(velarc::trimmed(text));
-    explicit_bzero(text.data(), static_cast<std::size_t>(text.size()) * sizeof(QChar));
+    wipe(text);
     return result;
 }
 
@@ -61,6 +59,14 @@ void wipe(QByteArray &array)
         explicit_bzero(array.data(), static_cast<std::size_t>(array.size()));
     }
     array.clear();
+}
+
+void wipe(QString &text)
+{
+    if (!text.isEmpty() && text.isDetached()) {
+        explicit_bzero(text.data(), static_cast<std::size_t>(text.size()) * sizeof(QChar));
+    }
+    text.clear();
 }
 
 } // namespace velarc

@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
+#include <QString>
 #include <QStringView>
 
 #include <cstddef>
@@ -43,5 +44,8 @@ private:
 
 // Overwrites the bytes of `array` with zeros if nobody else shares them.
 void wipe(QByteArray &array);
+
+// The same for a text.
+void wipe(QString &text);
 
 } // namespace velarc

@@ -1,11 +1,9 @@
 #include "engines/keychain_credential_store.h"
 
+#include "base/call_end.h"
 #include "base/errors.h"
 #include "engines/keychain_items.h"
 
-#include <QTimer>
-
-#include <functional>
 #include <future>
 #include <type_traits>
 
@@ -82,51 +80,6 @@ QList<AIProvider> providersIn(KeychainItems &items)
     return stored;
 }
 
-// What ends a call before the desktop answers: its caller, the end of the store, or the bound.
-class CallEnd
-{
-public:
-    CallEnd(
-        const std::stop_token &stop, const std::stop_token &ending, std::chrono::milliseconds bound)
-        : m_onStop(stop, [this] { m_source.request_stop(); })
-        , m_onEnding(ending, [this] { m_source.request_stop(); })
-        , m_stop(stop)
-        , m_ending(ending)
-    {
-        m_bound.setSingleShot(true);
-        m_bound.setTimerType(Qt::PreciseTimer);
-        m_bound.callOnTimeout([this] { m_source.request_stop(); });
-        m_bound.start(bound);
-    }
-
-    [[nodiscard]] std::stop_token token() const { return m_source.get_token(); }
-    [[nodiscard]] bool isByTheBound() const
-    {
-        return !m_stop.stop_requested() && !m_ending.stop_requested();
-    }
-
-private:
-    std::stop_source m_source;
-    std::stop_callback<std::function<void()>> m_onStop;
-    std::stop_callback<std::function<void()>> m_onEnding;
-    std::stop_token m_stop;
-    std::stop_token m_ending;
-    QTimer m_bound;
-};
-
-template <typename Result>
-QCoro::Task<Result> outcomeWithin(std::unique_ptr<CallEnd> end, QCoro::Task<Result> running)
-{
-    try {
-        co_return co_await running;
-    } catch (const CancellationError &) {
-        if (!end->isByTheBound()) {
-            throw;
-        }
-    }
-    throw CredentialStoreError::keychain(kTimedOut);
-}
-
 } // namespace
 
 template <typename Work> auto KeychainCredentialStore::perform(Work work, std::stop_token stop)
@@ -138,7 +91,8 @@ template <typename Work> auto KeychainCredentialStore::perform(Work work, std::s
             return work(items);
         },
         end->token());
-    return outcomeWithin(std::move(end), std::move(running));
+    return outcomeWithin(
+        std::move(end), std::move(running), CredentialStoreError::keychain(kTimedOut));
 }
 
 template <typename Work>

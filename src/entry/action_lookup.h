@@ -2,7 +2,7 @@
 
 // Which action somebody means by what they typed.
 
-#include "entry/intent.h"
+#include "entry/offered_actions.h"
 
 #include <variant>
 

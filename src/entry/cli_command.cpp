@@ -9,39 +9,73 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString kJson = u"json"_s;
+const QString kOutput = u"output"_s;
 const QString kHelp = u"help"_s;
 const QString kVersion = u"version"_s;
+
+// The words behind the verb, and the options wherever they stood.
+struct Operands
+{
+    QStringList words;
+    AnswerForm form = AnswerForm::Lines;
+    std::optional<QString> outputFile;
+};
 
 UsageError surplus(const QString &argument)
 {
     return {u"Surplus argument: \""_s + argument + u"\"."_s};
 }
 
-CliCommand listCommand(const QStringList &operands, ListingForm form)
+CliCommand listCommand(const Operands &operands)
 {
-    if (!operands.isEmpty()) {
-        return surplus(operands.first());
+    if (operands.outputFile) {
+        return UsageError{u"--output goes with \"run\"."_s};
     }
-    return ListCommand{form};
+    if (!operands.words.isEmpty()) {
+        return surplus(operands.words.first());
+    }
+    return ListCommand{operands.form};
 }
 
-CliCommand runCommand(const QStringList &operands, bool wantsJson)
+// A file that is opened by the name of the stream would be written from its beginning.
+QString outputFileOf(const Operands &operands)
 {
-    if (wantsJson) {
-        return UsageError{u"--json goes with \"actions\"."_s};
-    }
-    if (operands.isEmpty()) {
+    const QString file = operands.outputFile.value_or(QString());
+    return file == u"/dev/stdout"_s || file == u"/dev/fd/1"_s ? u"-"_s : file;
+}
+
+CliCommand runCommand(const Operands &operands)
+{
+    const QStringList &words = operands.words;
+    if (words.isEmpty()) {
         return UsageError{u"Name an action: velarc-cli run ACTION [TEXT]."_s};
     }
-    if (operands.size() > 2) {
-        return UsageError{u"Surplus text: \""_s + operands.at(2)
+    if (words.size() > 2) {
+        return UsageError{u"Surplus text: \""_s + words.at(2)
             + u"\". Put a text of several words into quotes."_s};
     }
-    RunCommand command{operands.first(), std::nullopt};
-    if (operands.size() == 2 && operands.at(1) != u"-"_s) {
-        command.text = operands.at(1);
+    if (operands.outputFile && operands.outputFile->isEmpty()) {
+        return UsageError{u"--output names no file."_s};
+    }
+    if (outputFileOf(operands) == u"-"_s && operands.form == AnswerForm::Json) {
+        return UsageError{u"Standard output takes --json or --output -, not both."_s};
+    }
+    RunCommand command{words.first(), std::nullopt, operands.form, outputFileOf(operands)};
+    if (words.size() == 2 && words.at(1) != u"-"_s) {
+        command.text = words.at(1);
     }
     return command;
+}
+
+CliCommand serveCommand(const Operands &operands)
+{
+    if (operands.form == AnswerForm::Json || operands.outputFile) {
+        return UsageError{u"\"serve\" takes no options."_s};
+    }
+    if (!operands.words.isEmpty()) {
+        return surplus(operands.words.first());
+    }
+    return ServeCommand{};
 }
 
 } // namespace
@@ -50,6 +84,7 @@ CliCommand parseCliCommand(const QStringList &arguments)
 {
     QCommandLineParser parser;
     parser.addOption({kJson, QString()});
+    parser.addOption({{u"o"_s, kOutput}, QString(), u"FILE"_s});
     parser.addOption({{u"h"_s, kHelp}, QString()});
     parser.addOption({kVersion, QString()});
     if (!parser.parse(QStringList{u"velarc-cli"_s} + arguments)) {
@@ -61,17 +96,24 @@ CliCommand parseCliCommand(const QStringList &arguments)
     if (parser.isSet(kVersion)) {
         return VersionCommand{};
     }
-    QStringList operands = parser.positionalArguments();
-    if (operands.isEmpty()) {
+    Operands operands;
+    operands.words = parser.positionalArguments();
+    if (operands.words.isEmpty()) {
         return UsageError{u"Say what to do: \"actions\" or \"run\"."_s};
     }
-    const QString verb = operands.takeFirst();
-    const bool wantsJson = parser.isSet(kJson);
+    const QString verb = operands.words.takeFirst();
+    operands.form = parser.isSet(kJson) ? AnswerForm::Json : AnswerForm::Lines;
+    if (parser.isSet(kOutput)) {
+        operands.outputFile = parser.value(kOutput);
+    }
     if (verb == u"actions"_s) {
-        return listCommand(operands, wantsJson ? ListingForm::Json : ListingForm::Lines);
+        return listCommand(operands);
     }
     if (verb == u"run"_s) {
-        return runCommand(operands, wantsJson);
+        return runCommand(operands);
+    }
+    if (verb == u"serve"_s) {
+        return serveCommand(operands);
     }
     return UsageError{u"Unknown command: \""_s + verb + u"\"."_s};
 }
@@ -79,7 +121,8 @@ CliCommand parseCliCommand(const QStringList &arguments)
 QString cliHelp()
 {
     return uR"(Usage: velarc-cli actions [--json]
-       velarc-cli run ACTION [TEXT]
+       velarc-cli run ACTION [TEXT] [--json] [--output FILE]
+       velarc-cli serve
 
 Runs an action of your library without the window.
 
@@ -87,17 +130,25 @@ Runs an action of your library without the window.
     --json         list them as a JSON array of objects with "id" and "title"
   run ACTION TEXT  run the action of that identifier or title on TEXT
   run ACTION       run it on standard input; so does "-" in the place of TEXT
+    --json         answer with a JSON object: "dialog", "provider", "model" and
+                   "payload", the result itself
+    -o, --output FILE
+                   write the result itself (text, PNG or PDF) to FILE; "-" is
+                   standard output, and takes the place of the answer
+  serve            answer desktop search and other programs over the session
+                   bus, until nobody has asked for a while; the bus starts it
 
   -h, --help       show this and end
       --version    show the version and end
   --               what follows is no option
 
 Exit status: 0 done, 1 the run failed, 2 usage or no action of that title,
-3 refused; the answer says why.
+3 refused; the answer says why. 130 if you stopped it with Ctrl+C.
 
 Examples:
   velarc-cli run "One-Sentence Summary" "The meeting moved to Monday."
   git diff | velarc-cli run "Git Ideas"
+  velarc-cli run "Tell Me a Joke" cats --json | jq -r .payload.text
 )"_s;
 }
 

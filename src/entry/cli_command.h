@@ -10,7 +10,8 @@
 
 namespace velarc {
 
-enum class ListingForm
+// What is written to standard output: lines for people and shells, or JSON for programs.
+enum class AnswerForm
 {
     Lines,
     Json
@@ -18,13 +19,20 @@ enum class ListingForm
 
 struct ListCommand
 {
-    ListingForm form = ListingForm::Lines;
+    AnswerForm form = AnswerForm::Lines;
 };
 
 struct RunCommand
 {
     QString action; // a UUID or a title
     std::optional<QString> text; // none: standard input
+    AnswerForm form = AnswerForm::Lines;
+    QString outputFile; // gets the result's bytes; "-" is standard output, "" none
+};
+
+// Answers the desktop until nobody asks any more.
+struct ServeCommand
+{
 };
 
 struct HelpCommand
@@ -40,7 +48,8 @@ struct UsageError
     QString message;
 };
 
-using CliCommand = std::variant<ListCommand, RunCommand, HelpCommand, VersionCommand, UsageError>;
+using CliCommand =
+    std::variant<ListCommand, RunCommand, ServeCommand, HelpCommand, VersionCommand, UsageError>;
 
 // Reads the arguments behind the program's name. "--" ends the options, "-" as the text stands for
 // standard input.

@@ -6,6 +6,7 @@
 // standard error. Texts are written as UTF-8, and an answer ends in one line feed.
 
 #include "entry/cli_command.h"
+#include "entry/copying.h"
 #include "entry/intent.h"
 
 #include <QByteArray>
@@ -15,12 +16,16 @@
 
 namespace velarc {
 
+// Answers the bus until nobody asks any more; false if there is no bus, or another process serves.
+using Serve = std::function<QCoro::Task<bool>(std::stop_token)>;
+
 enum class CliExit
 {
     Done = 0,
     RunFailed = 1,
     Usage = 2, // also: no action of that title
     Refused = 3,
+    ClosedPipe = 141, // nobody reads the answer any more; as if the signal had ended the program
 };
 
 // The process around the program.
@@ -29,13 +34,19 @@ struct CliSurroundings
     std::function<std::shared_ptr<const LocalStore>()> openStore;
     MakeViewModel makeViewModel;
     std::function<bool()> standardInputIsTerminal;
-    std::function<QByteArray()> readStandardInput; // to its end
+    std::function<QByteArray()> readStandardInput; // to its end; CancellationError
+    FinishCopying finishCopying;
+    Serve serve;
     FILE *out = nullptr;
     FILE *err = nullptr;
     QString version;
+
+    // Whether whoever started the program wants to be told of a closed pipe in words: it had the
+    // signal ignored.
+    bool isClosedPipeTold = true;
 };
 
-// Main thread. Stop: ends a run with CancellationError.
+// Main thread. Stop: ends everything that waits with CancellationError.
 [[nodiscard]] QCoro::Task<CliExit> performCliCommand(
     CliCommand command, CliSurroundings surroundings, std::stop_token stop);
 

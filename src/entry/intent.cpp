@@ -1,9 +1,6 @@
 #include "entry/intent.h"
 
-#include "actions/action_list.h"
 #include "base/text.h"
-
-#include <QHash>
 
 #include <algorithm>
 #include <utility>
@@ -37,39 +34,6 @@ QString dialogFor(const ResultPayload &payload)
 
 } // namespace
 
-QList<AIAction> loadOfferedActions(const LocalStore &store)
-{
-    return sortedForDisplay(visibleActions(store.loadActions()));
-}
-
-QList<VelarcActionEntity> suggestedEntities(const LocalStore &store)
-{
-    QList<VelarcActionEntity> entities;
-    for (const AIAction &action : loadOfferedActions(store)) {
-        entities.append({action.id, action.name});
-    }
-    return entities;
-}
-
-QList<VelarcActionEntity> entitiesFor(const LocalStore &store, const QList<QUuid> &identifiers)
-{
-    QHash<QUuid, VelarcActionEntity> offered;
-    for (const VelarcActionEntity &entity : suggestedEntities(store)) {
-        if (offered.contains(entity.id)) {
-            qFatal("two actions have one id");
-        }
-        offered.insert(entity.id, entity);
-    }
-    QList<VelarcActionEntity> found;
-    for (const QUuid &identifier : identifiers) {
-        const auto entity = offered.constFind(identifier);
-        if (entity != offered.constEnd()) {
-            found.append(*entity);
-        }
-    }
-    return found;
-}
-
 QCoro::Task<IntentOutcome> performIntent(
     QUuid actionID, QString input, MakeViewModel makeViewModel, std::stop_token stop)
 {
@@ -88,9 +52,9 @@ QCoro::Task<IntentOutcome> performIntent(
         co_return refused(u"This action needs foreground compose UI in Mail or Messages. "
                           u"Open Velarc and run it there."_s);
     }
-    ResultPayload payload = co_await viewModel->runForShortcut(*found, text, stop);
-    QString dialog = dialogFor(payload);
-    co_return IntentOutcome{IntentOutcome::Kind::Done, std::move(dialog), std::move(payload)};
+    ShortcutRun run = co_await viewModel->runForShortcutInDetail(*found, text, stop);
+    QString dialog = dialogFor(run.payload);
+    co_return IntentOutcome{IntentOutcome::Kind::Done, std::move(dialog), std::move(run)};
 }
 
 } // namespace velarc

@@ -5,32 +5,13 @@
 // Nothing of a running window's state is shared with it; the link is the store and the secret
 // store. Main thread only.
 
+#include "entry/offered_actions.h"
 #include "run/app_view_model.h"
 
 #include <functional>
 #include <memory>
 
 namespace velarc {
-
-// An action as others name it.
-struct VelarcActionEntity
-{
-    QUuid id;
-    QString title;
-
-    friend bool operator==(const VelarcActionEntity &, const VelarcActionEntity &) = default;
-};
-
-// The stored actions but those of a hidden destination, in display order.
-[[nodiscard]] QList<AIAction> loadOfferedActions(const LocalStore &store);
-
-// All offered actions.
-[[nodiscard]] QList<VelarcActionEntity> suggestedEntities(const LocalStore &store);
-
-// The offered actions of `identifiers`, in their order; unknown ones are skipped. Two offered
-// actions of one id are a programming error and end the process.
-[[nodiscard]] QList<VelarcActionEntity> entitiesFor(
-    const LocalStore &store, const QList<QUuid> &identifiers);
 
 struct IntentOutcome
 {
@@ -42,7 +23,7 @@ struct IntentOutcome
 
     Kind kind = Kind::Done;
     QString dialog; // what is answered
-    std::optional<ResultPayload> payload; // of a run that was done
+    std::optional<ShortcutRun> run; // one that was done
 };
 
 // Makes the state object of one run.

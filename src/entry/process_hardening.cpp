@@ -1,7 +1,9 @@
 #include "entry/process_hardening.h"
 
+#include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 namespace velarc {
 
@@ -15,6 +17,16 @@ void keepMemoryPrivate()
         setrlimit(RLIMIT_CORE, &cores);
     }
     prctl(PR_SET_DUMPABLE, 0, 0, 0, 0);
+}
+
+void holdStandardStreams()
+{
+    // The lowest free number is the one that is given out.
+    int descriptor = -1;
+    do {
+        descriptor = ::open("/dev/null", O_RDONLY);
+    } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
+    ::close(descriptor);
 }
 
 } // namespace velarc

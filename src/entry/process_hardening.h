@@ -1,6 +1,7 @@
 #pragma once
 
-// What keeps the memory of a process that handles keys out of files and other programs.
+// What keeps the memory of a process that handles keys out of files and other programs, and its
+// files apart from its streams.
 
 namespace velarc {
 
@@ -10,5 +11,9 @@ namespace velarc {
 // Called at the beginning of main(). A program that this process starts leaves no core file either,
 // unless it raises its own limit.
 void keepMemoryPrivate();
+
+// Standard streams that the parent has closed are empty, and take nothing: no file that is opened
+// later gets their numbers, and with them what is printed. Called at the beginning of main().
+void holdStandardStreams();
 
 } // namespace velarc

@@ -1,6 +1,5 @@
 #include "entry/velarc_app.h"
 
-#include "actions/catalogue.h"
 #include "engines/anthropic_service.h"
 #include "engines/gemini_service.h"
 #include "engines/http_client.h"
@@ -9,19 +8,13 @@
 #include "engines/openai_service.h"
 #include "intake/pdf_export.h"
 #include "run/windowless_seams.h"
-#include "store/sqlite_defaults_domain.h"
+#include "system_actions/calendar_store_choice.h"
+#include "system_actions/compose_service.h"
+#include "system_actions/orchestrator.h"
 
 namespace velarc {
 
 using namespace Qt::StringLiterals;
-
-std::shared_ptr<const LocalStore> openSharedStore()
-{
-    // The domain names files that it moves aside by the time; it lives as long as this clock.
-    static const SystemClock kClock;
-    return std::make_shared<const LocalStore>(
-        std::make_shared<SqliteDefaultsDomain>(defaultsFiles(), kClock), &builtInActions);
-}
 
 namespace {
 
@@ -35,6 +28,13 @@ void addEngines(AppServices &services)
     services.appleIntelligenceService =
         std::make_shared<AppleIntelligenceService>(services.onDeviceModel);
     services.appleImageService = std::make_shared<AppleImageService>();
+}
+
+std::shared_ptr<SystemActionExecuting> systemActions(const std::shared_ptr<const Clock> &clock)
+{
+    return std::make_shared<SystemActionOrchestrator>(
+        std::make_shared<CalendarActionService>(makeCalendarStore(), clock),
+        std::make_shared<CommunicationComposeService>(), clock);
 }
 
 } // namespace
@@ -53,14 +53,12 @@ AppServices makeServices(std::shared_ptr<const LocalStore> store)
     services.clipboardWriting = clipboard;
     services.files = std::make_shared<NoFiles>();
     services.pdfExport = std::make_shared<PdfExport>();
-    services.systemActions = std::make_shared<NoSystemActions>();
+    services.systemActions = systemActions(services.clock);
     return services;
 }
 
-VelarcApp::VelarcApp()
+VelarcApp::VelarcApp(AppServices services) : m_scope(services.scope)
 {
-    AppServices services = makeServices(openSharedStore());
-    m_scope = services.scope;
     m_viewModel = std::make_unique<AppViewModel>(std::move(services));
 }
 

@@ -3,14 +3,12 @@
 // The composition root: builds the store, the services and the state object, and owns them for the
 // life of the process.
 
+#include "entry/shared_store.h"
 #include "run/app_view_model.h"
 
 #include <memory>
 
 namespace velarc {
-
-// The store that every program of the user shares.
-[[nodiscard]] std::shared_ptr<const LocalStore> openSharedStore();
 
 // All services over `store`, each new.
 [[nodiscard]] AppServices makeServices(std::shared_ptr<const LocalStore> store);
@@ -18,7 +16,8 @@ namespace velarc {
 class VelarcApp
 {
 public:
-    VelarcApp();
+    VelarcApp() : VelarcApp(makeServices(openSharedStore())) {}
+    explicit VelarcApp(AppServices services);
 
     // Stops all tasks, lets them end, then destroys the state object and its services.
     ~VelarcApp();

@@ -74,6 +74,15 @@ struct GenerationResult
     friend bool operator==(const GenerationResult &, const GenerationResult &) = default;
 };
 
+// What a run without the canvas gives back.
+struct ShortcutRun
+{
+    ResultPayload payload; // as delivered
+    std::optional<AIProvider> provider; // the engine that really ran; none where none was asked
+    std::optional<QString> modelID;
+    friend bool operator==(const ShortcutRun &, const ShortcutRun &) = default;
+};
+
 // What delivery hands back.
 struct RoutedExecutionResult
 {

@@ -2,6 +2,7 @@
 
 #include "actions/action_edit.h"
 #include "actions/action_list.h"
+#include "actions/action_transfer.h"
 #include "run/app_state.h"
 
 #include <utility>
@@ -10,8 +11,8 @@ namespace velarc {
 
 using namespace Qt::StringLiterals;
 
-ActionLibrary::ActionLibrary(AppState &state, std::shared_ptr<const LocalStore> store)
-    : m_state(state), m_store(std::move(store))
+ActionLibrary::ActionLibrary(AppState &state, const LibraryServices &services)
+    : m_state(state), m_store(services.store), m_deletionUndo(state, services.clock, services.scope)
 {
 }
 
@@ -126,6 +127,7 @@ void ActionLibrary::duplicateAction(const AIAction &action)
 void ActionLibrary::deleteAction(const AIAction &action)
 {
     const QUuid id = action.id;
+    Deletion deletion = deletionOf(m_state, id);
     m_state.setActions(withoutAction(m_state.actions(), id));
     m_state.setRecentActionIDs(withoutRecentAction(m_state.recentActionIDs(), id));
     m_store->saveRecentActionIDs(m_state.recentActionIDs());
@@ -134,6 +136,30 @@ void ActionLibrary::deleteAction(const AIAction &action)
             selectionAfterRemoval(m_state.actions(), m_state.selectedActionID(), id));
     }
     m_store->saveActions(m_state.actions());
+    m_deletionUndo.remember(std::move(deletion));
+}
+
+void ActionLibrary::undoDelete()
+{
+    std::optional<UndoneDeletion> before = m_deletionUndo.take();
+    if (!before) {
+        return;
+    }
+    publishAndSave(std::move(before->actions));
+    m_state.setRecentActionIDs(std::move(before->recentIDs));
+    m_store->saveRecentActionIDs(m_state.recentActionIDs());
+    if (before->selectedID != m_state.selectedActionID()) {
+        publishAndSaveSelection(before->selectedID);
+    }
+}
+
+void ActionLibrary::importActions(const QList<AIAction> &imported)
+{
+    publishAndSave(withImported(m_state.actions(), imported));
+    const auto selected = selectedAction();
+    if (!m_state.selectedActionID() && selected) {
+        publishAndSaveSelection(selected->id);
+    }
 }
 
 void ActionLibrary::togglePin(const QUuid &id)

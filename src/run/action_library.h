@@ -5,6 +5,7 @@
 // Each operation changes the published fields and writes what must last, in the order told at it.
 // Main thread only; nothing fails, a write that fails is silent.
 
+#include "run/deletion_undo.h"
 #include "run/run_seams.h"
 #include "store/local_store.h"
 
@@ -12,11 +13,18 @@ namespace velarc {
 
 class AppState;
 
+struct LibraryServices
+{
+    std::shared_ptr<const LocalStore> store;
+    std::shared_ptr<Clock> clock;
+    std::shared_ptr<TaskScope> scope;
+};
+
 class ActionLibrary final : public ActionSelecting
 {
 public:
     // `state` must outlive the library, or go with it.
-    ActionLibrary(AppState &state, std::shared_ptr<const LocalStore> store);
+    ActionLibrary(AppState &state, const LibraryServices &services);
 
     [[nodiscard]] QList<AIAction> visibleActions() const;
     [[nodiscard]] QList<AIAction> pinnedActions() const;
@@ -52,9 +60,18 @@ public:
     void saveStudioDraft();
 
     void duplicateAction(const AIAction &action);
+
+    // For 6 s the deletion can be taken back: the place in the list, the pin, the recents and the
+    // selection. Without a deletion to take back, nothing.
     void deleteAction(const AIAction &action);
+    void undoDelete();
+
     void togglePin(const QUuid &id);
     void applyDefaultEngineToAllActions();
+
+    // Each action takes the place of the one of its id, or stands behind all others. Where nothing
+    // was selected, the first in display order is.
+    void importActions(const QList<AIAction> &imported);
 
     [[nodiscard]] const std::optional<QUuid> &editingActionID() const { return m_editingActionID; }
 
@@ -66,6 +83,7 @@ private:
 
     AppState &m_state;
     std::shared_ptr<const LocalStore> m_store;
+    DeletionUndo m_deletionUndo;
     std::optional<QUuid> m_editingActionID; // of the stored action that the draft replaces
 };
 

@@ -36,6 +36,15 @@ struct ClipboardToast
     friend bool operator==(const ClipboardToast &, const ClipboardToast &) = default;
 };
 
+// The offer to take the last deletion back. Both fields are set when it is made.
+struct DeletionNotice
+{
+    QUuid id;
+    QString name; // of the action that was deleted
+
+    friend bool operator==(const DeletionNotice &, const DeletionNotice &) = default;
+};
+
 // Whether the on-device model can be used, in the words of the settings screen.
 struct AppleIntelligenceStatusSnapshot
 {
@@ -58,6 +67,7 @@ class AppState : public QObject
     using OptionalProvider = std::optional<AIProvider>;
     using OptionalDebugInfo = std::optional<GenerationDebugInfo>;
     using OptionalToast = std::optional<ClipboardToast>;
+    using OptionalDeletion = std::optional<DeletionNotice>;
     using Uuids = QList<QUuid>;
 
     // The library and the defaults (kept).
@@ -97,6 +107,7 @@ class AppState : public QObject
     VELARC_PUBLISHED(HomeHintState, homeHintState, HomeHintState) // kept
     VELARC_EDITABLE(HomeAutomationOptions, homeAutomationOptions, HomeAutomationOptions) // kept
     VELARC_PUBLISHED(OptionalToast, clipboardToast, ClipboardToast)
+    VELARC_PUBLISHED(OptionalDeletion, deletionNotice, DeletionNotice)
 
     // The action editor.
     VELARC_EDITABLE(bool, isStudioPresented, IsStudioPresented)

@@ -36,6 +36,7 @@ ConnectionServices connectionServicesOf(
     connections.anthropicService = services.anthropicService;
     connections.onDeviceModel = services.onDeviceModel;
     connections.library = std::move(library);
+    connections.scope = services.scope;
     return connections;
 }
 
@@ -66,7 +67,8 @@ CanvasServices canvasServicesOf(const AppServices &services, std::shared_ptr<Act
 AppViewModel::AppViewModel(AppServices services, QObject *parent)
     : AppState(parent)
     , m_services(std::move(services))
-    , m_library(std::make_shared<ActionLibrary>(*this, m_services.store))
+    , m_library(std::make_shared<ActionLibrary>(
+          *this, LibraryServices{m_services.store, m_services.clock, m_services.scope}))
     , m_usage(std::make_shared<UsageRecorder>(*this, m_services.store, m_services.clock))
     , m_router(std::make_shared<ProviderRouter>(*this, engineServicesOf(m_services)))
     , m_connections(
@@ -105,6 +107,14 @@ void AppViewModel::handleOpenURL(const QUrl &url)
 }
 
 QCoro::Task<ResultPayload> AppViewModel::runForShortcut(
+    AIAction action, QString input, std::stop_token stop)
+{
+    ShortcutRun run = co_await m_pipeline->runForShortcut(
+        std::move(action), std::move(input), std::move(stop));
+    co_return std::move(run.payload);
+}
+
+QCoro::Task<ShortcutRun> AppViewModel::runForShortcutInDetail(
     AIAction action, QString input, std::stop_token stop)
 {
     return m_pipeline->runForShortcut(std::move(action), std::move(input), std::move(stop));

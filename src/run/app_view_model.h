@@ -51,6 +51,8 @@ public:
     // Runs in flight are stopped and end without touching anything.
     ~AppViewModel() override;
 
+    [[nodiscard]] Instant now() const { return m_services.clock->now(); }
+
     // Runs.
     Q_INVOKABLE void runSelectedAction() { m_pipeline->runSelectedAction(); }
     Q_INVOKABLE void cancelRun() { m_pipeline->cancelRun(); }
@@ -58,11 +60,14 @@ public:
     Q_INVOKABLE void restart() { m_pipeline->restart(); }
     Q_INVOKABLE void runRefine() { m_pipeline->runRefine(); }
     Q_INVOKABLE void retryRun() { m_pipeline->retryRun(); }
+    void copyText(const QString &text) { m_services.clipboardWriting->writeText(text); }
     Q_INVOKABLE void copyResult() { m_delivery->copyResult(); }
     [[nodiscard]] QCoro::Task<std::optional<QUrl>> shareableFileURL(std::stop_token stop);
     void startRun(AIAction action, InputStrategy strategy);
     [[nodiscard]] QCoro::Task<ResultPayload> runForShortcut(
         AIAction action, QString input, std::stop_token stop);
+    [[nodiscard]] QCoro::Task<ShortcutRun> runForShortcutInDetail(
+        AIAction action, QString input, std::stop_token stop); // with the engine that ran
 
     // The canvas, and what other programs hand over.
     [[nodiscard]] CanvasEvents &canvas() { return *m_canvas; }
@@ -78,7 +83,14 @@ public:
     [[nodiscard]] Connections &connections() { return *m_connections; }
     [[nodiscard]] const Connections &connections() const { return *m_connections; }
 
+    // Ends what runs beside the runs; a screen's own tasks enter it.
+    [[nodiscard]] TaskScope &tasks() { return *m_services.scope; }
+
     Q_INVOKABLE void resetUsage() { m_usage->resetUsage(); }
+
+    // For the waits and the work of whoever shows this object.
+    [[nodiscard]] const std::shared_ptr<Clock> &clock() const { return m_services.clock; }
+    [[nodiscard]] const std::shared_ptr<TaskScope> &scope() const { return m_services.scope; }
 
 private:
     AppServices m_services;

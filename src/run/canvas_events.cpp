@@ -2,7 +2,9 @@
 
 #include "base/errors.h"
 #include "base/text.h"
+#include "base/worker.h"
 #include "run/app_state.h"
+#include "run/named_files.h"
 #include "run/run_pipeline.h"
 
 #include <algorithm>
@@ -17,6 +19,7 @@ struct CanvasEvents::Members
     QPointer<AppState> state;
     RunPipeline *pipeline = nullptr; // null once the events have gone
     CanvasServices services;
+    SerialWorker fileSystem; // asked whether a path that was pasted is a file
     QString lastDetectedPasteAutoRunInput; // what running on paste last fired for, trimmed
     std::optional<AIAction> pendingActionForInput;
     QString textBeforeTurn;
@@ -146,6 +149,65 @@ void lookAtChange(CanvasEvents::Members &members, const QString &oldText, const 
     alive.pipeline.runSelectedAction();
 }
 
+// Nobody awaits these tasks. They tell the state how they end; a stop ends them in silence.
+template <typename Begin> QCoro::Task<void> runInScope(MembersHandle members, Begin begin)
+{
+    std::stop_source stop;
+    const TaskScope::Ticket ticket = members->services.scope->enter(stop);
+    try {
+        co_await begin(members, stop.get_token());
+    } catch (const CancellationError &) {
+    }
+}
+
+void beginDrop(const MembersHandle &members, QList<QUrl> urls)
+{
+    QMetaObject::invokeMethod(
+        members->state.data(),
+        [members, urls = std::move(urls)] {
+            static_cast<void>(
+                runInScope(members, [urls](MembersHandle handle, std::stop_token stop) {
+                    return drop(handle, urls, stop);
+                }));
+        },
+        Qt::QueuedConnection);
+}
+
+struct TextChange
+{
+    QString before;
+    QString after;
+};
+
+// The file system may take its time: what was typed meanwhile keeps the text from being a drop.
+QCoro::Task<void> takeNamedFiles(
+    MembersHandle members, TextChange change, QList<QUrl> named, std::stop_token stop)
+{
+    auto ask = [named](const std::stop_token &) { return areFiles(named); };
+    const bool isDrop = co_await members->fileSystem.run(std::move(ask), stop);
+    AppState &state = ensureAlive(*members, stop).state;
+    if (!isDrop || state.quickInput() != change.after) {
+        lookAtChange(*members, change.before, change.after);
+        co_return;
+    }
+    state.setQuickInput(QString());
+    beginDrop(members, std::move(named));
+}
+
+void takeChange(const MembersHandle &members, TextChange change)
+{
+    QList<QUrl> named = filesNamedBy(change.before, change.after);
+    if (named.isEmpty()) {
+        lookAtChange(*members, change.before, change.after);
+        return;
+    }
+    static_cast<void>(runInScope(members,
+        [change = std::move(change), named = std::move(named)](
+            MembersHandle handle, std::stop_token stop) {
+            return takeNamedFiles(std::move(handle), change, named, std::move(stop));
+        }));
+}
+
 // All changes of one turn of the event loop are looked at together, on the next one: nothing runs
 // while a field is being written.
 void lookAtChangeOnNextTurn(const MembersHandle &members)
@@ -158,21 +220,12 @@ void lookAtChangeOnNextTurn(const MembersHandle &members)
         if (members->pipeline == nullptr) {
             return;
         }
-        const QString before = std::exchange(members->textBeforeTurn, members->state->quickInput());
-        lookAtChange(*members, before, members->textBeforeTurn);
+        TextChange change;
+        change.after = members->state->quickInput();
+        change.before = std::exchange(members->textBeforeTurn, change.after);
+        takeChange(members, std::move(change));
     };
     QMetaObject::invokeMethod(members->state.data(), look, Qt::QueuedConnection);
-}
-
-// Nobody awaits these tasks. They tell the state how they end; a stop ends them in silence.
-template <typename Begin> QCoro::Task<void> runInScope(MembersHandle members, Begin begin)
-{
-    std::stop_source stop;
-    const TaskScope::Ticket ticket = members->services.scope->enter(stop);
-    try {
-        co_await begin(members, stop.get_token());
-    } catch (const CancellationError &) {
-    }
 }
 
 } // namespace
@@ -210,15 +263,7 @@ void CanvasEvents::handleDroppedFiles(QList<QUrl> urls)
     if (urls.isEmpty()) {
         return;
     }
-    QMetaObject::invokeMethod(
-        m_members->state.data(),
-        [members = m_members, urls = std::move(urls)] {
-            static_cast<void>(
-                runInScope(members, [urls](MembersHandle handle, std::stop_token stop) {
-                    return drop(handle, urls, stop);
-                }));
-        },
-        Qt::QueuedConnection);
+    beginDrop(m_members, std::move(urls));
 }
 
 void CanvasEvents::clearQuickInput()

@@ -37,7 +37,8 @@ class CanvasEvents
 {
 public:
     // Both must outlive it, or go with it. From here on a change of quickInput is looked at once a
-    // turn of the event loop, with the text before and after that turn.
+    // turn of the event loop, with the text before and after that turn: a text that names nothing
+    // but files is taken as a drop of them, any other goes to handleQuickInputChange().
     CanvasEvents(AppState &state, RunPipeline &pipeline, CanvasServices services);
     ~CanvasEvents();
     CanvasEvents(const CanvasEvents &) = delete;

@@ -1,6 +1,5 @@
 #include "run/connections.h"
 
-#include "base/async.h"
 #include "base/locale_text.h"
 #include "base/text.h"
 #include "engines/on_device_services.h"
@@ -196,6 +195,17 @@ QCoro::Task<std::optional<QString>> disconnect(ChangeHandle change, AIProvider p
     co_return std::nullopt;
 }
 
+QCoro::Task<void> tellEnd(QCoro::Task<std::optional<QString>> task, Connections::Ended ended,
+    TaskScope::Ticket /*ticket*/)
+{
+    try {
+        const std::optional<QString> sentence = co_await task;
+        ended(sentence);
+    } catch (const CancellationError &) {
+        // The program ends, and nobody looks any more.
+    }
+}
+
 } // namespace
 
 Connections::Connections(AppState &state, ConnectionServices services)
@@ -217,6 +227,23 @@ QCoro::Task<std::optional<QString>> Connections::disconnectProvider(
 {
     auto change = std::make_shared<const ConnectionChange>(m_members, std::move(stop));
     return disconnect(std::move(change), provider);
+}
+
+void Connections::startConnecting(ConnectRequest request, Ended ended)
+{
+    const std::stop_source stop;
+    TaskScope::Ticket ticket = m_members->services.scope->enter(stop);
+    auto task = connectProvider(std::move(request), stop.get_token());
+    // Nobody awaits it: it ends by itself, or with the scope.
+    static_cast<void>(tellEnd(std::move(task), std::move(ended), std::move(ticket)));
+}
+
+void Connections::startDisconnecting(AIProvider provider, Ended ended)
+{
+    const std::stop_source stop;
+    TaskScope::Ticket ticket = m_members->services.scope->enter(stop);
+    auto task = disconnectProvider(provider, stop.get_token());
+    static_cast<void>(tellEnd(std::move(task), std::move(ended), std::move(ticket)));
 }
 
 void Connections::presentConnectSheet(AIProvider provider)

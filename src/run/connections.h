@@ -5,6 +5,7 @@
 // A key passes through here on its way to the secret store and is kept in no field. Main thread
 // only.
 
+#include "base/async.h"
 #include "base/clock.h"
 #include "engines/credential_store.h"
 #include "engines/engine_services.h"
@@ -12,6 +13,8 @@
 #include "run/start_up.h"
 
 #include <QPointer>
+
+#include <functional>
 
 namespace velarc {
 
@@ -28,6 +31,7 @@ struct ConnectionServices
     std::shared_ptr<AnthropicServing> anthropicService;
     std::shared_ptr<OnDeviceModel> onDeviceModel;
     std::shared_ptr<ActionLibrary> library;
+    std::shared_ptr<TaskScope> scope;
 };
 
 enum class ConnectFor
@@ -59,6 +63,14 @@ public:
     // Removes the key. Gives the sentence to show, none on success; on failure nothing changes.
     [[nodiscard]] QCoro::Task<std::optional<QString>> disconnectProvider(
         AIProvider provider, std::stop_token stop);
+
+    // Is told the sentence to show, none on success.
+    using Ended = std::function<void(const std::optional<QString> &)>;
+
+    // The same for who does not wait: each goes on to its end whatever becomes of who asked, and
+    // ends untold where the program ends first.
+    void startConnecting(ConnectRequest request, Ended ended);
+    void startDisconnecting(AIProvider provider, Ended ended);
 
     // Opens the connect sheet of an engine that needs a key; does nothing for the others.
     void presentConnectSheet(AIProvider provider);

@@ -151,10 +151,13 @@ QCoro::Task<void> clearToastLater(MembersHandle members, QUuid toastID, std::sto
     }
 }
 
+// Empty where there is no temporary directory.
 QString newShareFile(const QString &stem, const QString &extension)
 {
-    return QDir(QDir::tempPath())
-        .filePath(stem + uuidText(newUuid()).left(kShortUuidLength) + extension);
+    const QString folder = QDir::tempPath();
+    return folder.isEmpty()
+        ? QString()
+        : QDir(folder).filePath(stem + uuidText(newUuid()).left(kShortUuidLength) + extension);
 }
 
 QCoro::Task<std::optional<QUrl>> writeShareFile(

@@ -54,12 +54,12 @@ private:
     std::optional<QUuid> m_remembered;
 };
 
-QCoro::Task<ResultPayload> runBorrowing(
+QCoro::Task<ShortcutRun> runBorrowing(
     std::shared_ptr<RunCore> core, AIAction action, QString input, std::stop_token stop)
 {
     const QString text = trimmed(input).toString();
     if (text.isEmpty()) {
-        co_return TextPayload{};
+        co_return ShortcutRun();
     }
     std::stop_source source;
     const auto stopRun = [&source] { source.request_stop(); };
@@ -172,7 +172,7 @@ void RunPipeline::retryRun()
     }
 }
 
-QCoro::Task<ResultPayload> RunPipeline::runForShortcut(
+QCoro::Task<ShortcutRun> RunPipeline::runForShortcut(
     AIAction action, QString input, std::stop_token stop)
 {
     return runBorrowing(m_core, std::move(action), std::move(input), std::move(stop));

@@ -73,7 +73,7 @@ public:
 
     // Runs `action` on `input` without the canvas: no usage, no phase, no automatic copy. While it
     // lasts it takes the place of the canvas's run. Blank input gives an empty text at once.
-    [[nodiscard]] QCoro::Task<ResultPayload> runForShortcut(
+    [[nodiscard]] QCoro::Task<ShortcutRun> runForShortcut(
         AIAction action, QString input, std::stop_token stop);
 
     // The latest run that got as far as preparing its payload; restart() drops both.

@@ -287,7 +287,7 @@ QCoro::Task<void> performRun(RunHandle run, AIAction action, InputStrategy strat
     }
 }
 
-QCoro::Task<ResultPayload> performShortcutRun(RunHandle run, AIAction action, QString input)
+QCoro::Task<ShortcutRun> performShortcutRun(RunHandle run, AIAction action, QString input)
 {
     const AIAction asRun = actionAsRun(std::move(action));
     QString prompt = co_await finishedPrompt(run, asRun.systemPrompt, input);
@@ -304,7 +304,7 @@ QCoro::Task<ResultPayload> performShortcutRun(RunHandle run, AIAction action, QS
     Delivery delivery{std::move(payload), asRun.destination, std::move(input)};
     RoutedExecutionResult routed =
         co_await run->seams().delivering->routeResult(std::move(delivery), run, run->stop());
-    co_return std::move(routed.payload);
+    co_return ShortcutRun{std::move(routed.payload), result.provider, result.modelID};
 }
 
 } // namespace velarc

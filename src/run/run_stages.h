@@ -14,7 +14,7 @@ namespace velarc {
     std::shared_ptr<ActiveRun> run, AIAction action, InputStrategy strategy);
 
 // A run without the canvas: what it gives is returned, what it meets is thrown.
-[[nodiscard]] QCoro::Task<ResultPayload> performShortcutRun(
+[[nodiscard]] QCoro::Task<ShortcutRun> performShortcutRun(
     std::shared_ptr<ActiveRun> run, AIAction action, QString input);
 
 } // namespace velarc

@@ -39,11 +39,4 @@ QCoro::Task<QUrl> NoPdfExport::exportPDF(QString, QString, std::stop_token)
     co_return QUrl();
 }
 
-QCoro::Task<SystemActionExecutionResult> NoSystemActions::execute(
-    SystemDestinationKind kind, QString, std::stop_token)
-{
-    throw SystemActionOrchestratorError::unsupportedDestination(kind);
-    co_return SystemActionExecutionResult();
-}
-
 } // namespace velarc

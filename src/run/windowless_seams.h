@@ -41,12 +41,4 @@ public:
         QString text, QString title, std::stop_token stop) override;
 };
 
-// Refuses every system action by its name.
-class NoSystemActions final : public SystemActionExecuting
-{
-public:
-    [[nodiscard]] QCoro::Task<SystemActionExecutionResult> execute(
-        SystemDestinationKind kind, QString text, std::stop_token stop) override;
-};
-
 } // namespace velarc

@@ -239,18 +239,6 @@ TEST(SavingADraft, ofTwoActionsOfOneIdTheFirstIsReplaced)
         namesOf(withSavedDraft(actions, draft, draft.id)), (QStringList{u"Edited"_s, u"B"_s}));
 }
 
-TEST(SavingADraft, savedActionIsSelectedWhereNothingWas)
-{
-    const QUuid saved = newUuid();
-    EXPECT_EQ(selectionAfterSaving(std::nullopt, saved), saved);
-}
-
-TEST(SavingADraft, selectionIsLeftWhereThereWasOne)
-{
-    const QUuid selected = newUuid();
-    EXPECT_EQ(selectionAfterSaving(selected, newUuid()), selected);
-}
-
 TEST(Duplicating, pinnedActionGivesAnUnpinnedCopyAtTheEndOfTheOrder)
 {
     AIAction source = pinned(actionNamed(u"A"_s, 10));

@@ -43,6 +43,14 @@ TEST(LongDateShortTime, isInTheUsersLanguage)
     EXPECT_EQ(longDateIn("UTC", "de_DE.UTF-8", kAfternoon), u"20. Februar 2026 um 15:00"_qs);
 }
 
+TEST(ShortTime, isTheTimeAloneInTheUsersLanguageAndZone)
+{
+    const ScopedVariable timeZone("TZ", "America/New_York");
+    EXPECT_EQ(shortTime(kAfternoon).replace(QChar(0x202F), u' '), u"10:00 AM"_qs);
+    const ScopedVariable language("LC_ALL", "de_DE.UTF-8");
+    EXPECT_EQ(shortTime(kAfternoon), u"10:00"_qs);
+}
+
 TEST(LongDateShortTime, followsTheTimeZoneAtEachCall)
 {
     EXPECT_EQ(longDateIn("America/New_York", kUS, kAfternoon), u"February 20, 2026 at 10:00 AM"_qs);

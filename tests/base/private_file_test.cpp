@@ -1,5 +1,6 @@
 #include "base/private_file.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -52,6 +53,33 @@ TEST_F(PrivateFileTest, linkIsNeverFollowed)
 TEST_F(PrivateFileTest, folderThatIsNotThereIsAFailure)
 {
     EXPECT_FALSE(writeNewPrivateFile(folder.filePath(u"none/file"_s), "x"));
+}
+
+TEST_F(PrivateFileTest, replacingWritesTheWholeFileAndMakesItItsUsersAlone)
+{
+    ASSERT_TRUE(replacePrivateFile(path, "first"));
+    QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::WriteOwner
+            | QFileDevice::ReadOther);
+    ASSERT_TRUE(replacePrivateFile(path, "2nd"));
+    EXPECT_EQ(bytesOf(path), "2nd");
+    EXPECT_FALSE(QFileInfo(path).permission(QFileDevice::ReadOther));
+}
+
+TEST_F(PrivateFileTest, replacingFollowsALinkToAFile)
+{
+    const QString target = folder.filePath(u"target"_s);
+    ASSERT_TRUE(writeNewPrivateFile(target, "first"));
+    ASSERT_TRUE(QFile::link(target, path));
+    ASSERT_TRUE(replacePrivateFile(path, "second"));
+    EXPECT_EQ(bytesOf(target), "second");
+    EXPECT_TRUE(QFileInfo(path).isSymLink());
+}
+
+TEST_F(PrivateFileTest, aReplacementThatFailsLeavesNothingBehind)
+{
+    EXPECT_FALSE(replacePrivateFile(folder.path(), "x"));
+    EXPECT_FALSE(replacePrivateFile(folder.filePath(u"none/file"_s), "x"));
+    EXPECT_TRUE(QDir(folder.path()).isEmpty());
 }
 
 } // namespace

@@ -19,7 +19,10 @@ struct AnthropicServiceTest : CloudTest
         return service.generateText(std::move(request), kMaxTokens, {});
     }
 
-    GenerationResult resultOf(CloudTextRequest request) { return endOf(call(std::move(request))); }
+    GenerationResult resultOf(CloudTextRequest request)
+    {
+        return outcomeOf(call(std::move(request)));
+    }
 
     GenerationResult resultOfReply(const QByteArray &body, const HttpHeaders &headers = {})
     {
@@ -69,7 +72,7 @@ TEST_F(AnthropicServiceTest, aBlankModelSendsTheDefaultModel)
 TEST_F(AnthropicServiceTest, picturesAreSentAsPlainBase64AndPDFsAsText)
 {
     transport->answer(200, kReply);
-    const GenerationResult result = endOf(service.generateText(
+    const GenerationResult result = outcomeOf(service.generateText(
         textRequest(u"Sum up"_s, u" claude-sonnet-4 "_s, mixedAttachments()), 24, {}));
     EXPECT_EQ(transport->onlyBody(), wireFixture("anthropic_request_attachments.json"));
     EXPECT_EQ(result.modelID, u"claude-sonnet-4"_s);

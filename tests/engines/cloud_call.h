@@ -7,15 +7,11 @@
 #include "fakes/fake_clock.h"
 #include "fakes/scripted_transport.h"
 #include "support/fixture.h"
+#include "support/outcome.h"
 #include "support/printers.h"
-
-#include <QCoreApplication>
-#include <QCoroTask>
-#include <QEventLoop>
 
 #include <gtest/gtest.h>
 
-#include <exception>
 #include <memory>
 
 namespace velarc {
@@ -98,39 +94,6 @@ struct CloudTest : testing::Test
     return lines.size() == 1 ? lines.front().mid(key.size() + 2) : QStringLiteral("not one row");
 }
 
-// How a task ended.
-template <typename Result> struct Ended
-{
-    bool hasEnded = false;
-    std::exception_ptr failure;
-    std::optional<Result> result;
-};
-
-template <typename Result>
-QCoro::Task<void> watch(QCoro::Task<Result> task, std::shared_ptr<Ended<Result>> ended)
-{
-    try {
-        ended->result = co_await task;
-    } catch (...) {
-        ended->failure = std::current_exception();
-    }
-    ended->hasEnded = true;
-}
-
-// Turns the event loop until the task has ended; gives what it returns or throws what it throws.
-template <typename Result> Result endOf(QCoro::Task<Result> task)
-{
-    const auto ended = std::make_shared<Ended<Result>>();
-    watch(std::move(task), ended);
-    while (!ended->hasEnded) {
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    }
-    if (ended->failure) {
-        std::rethrow_exception(ended->failure);
-    }
-    return *std::move(ended->result);
-}
-
 // How a call failed: the case, and the text. A test of another outcome fails.
 template <typename Failure> struct Failed
 {
@@ -142,7 +105,7 @@ template <typename Failure>
 [[nodiscard]] Failed<Failure> failureOf(QCoro::Task<GenerationResult> task)
 {
     try {
-        const GenerationResult result = endOf(std::move(task));
+        const GenerationResult result = outcomeOf(std::move(task));
         ADD_FAILURE() << "succeeded with " << textOf(result).toStdString();
     } catch (const CloudServiceError<Failure> &error) {
         return {error.failure(), error.message()};

@@ -50,7 +50,7 @@ TEST_F(CloudCallTest, aStoppedCallSendsNothing)
 {
     std::stop_source stop;
     stop.request_stop();
-    EXPECT_THROW(endOf(call(u"Hi"_s, stop.get_token())), CancellationError);
+    EXPECT_THROW(outcomeOf(call(u"Hi"_s, stop.get_token())), CancellationError);
     EXPECT_TRUE(transport->requests.isEmpty());
 }
 
@@ -63,7 +63,7 @@ TEST_F(CloudCallTest, aStopDuringTheTransferEndsTheCall)
     turnUntilWaiting(1);
     stop.request_stop();
     EXPECT_FALSE(task.isReady());
-    EXPECT_THROW(endOf(std::move(task)), CancellationError);
+    EXPECT_THROW(outcomeOf(std::move(task)), CancellationError);
     EXPECT_EQ(transport->requests.size(), 1);
 }
 
@@ -77,7 +77,7 @@ TEST_F(CloudCallTest, aStopWhileTheReplyIsReadEndsTheCall)
     transport->gate.open();
     EXPECT_FALSE(task.isReady()); // reading goes on elsewhere
     stop.request_stop();
-    EXPECT_THROW(endOf(std::move(task)), CancellationError);
+    EXPECT_THROW(outcomeOf(std::move(task)), CancellationError);
 }
 
 TEST_F(CloudCallTest, theServiceIsFreeWhileACallWaitsForTheNetwork)
@@ -91,8 +91,8 @@ TEST_F(CloudCallTest, theServiceIsFreeWhileACallWaitsForTheNetwork)
     EXPECT_TRUE(transport->requests[0].body.contains("one"));
     EXPECT_TRUE(transport->requests[1].body.contains("two"));
     transport->gate.open();
-    EXPECT_TRUE(endOf(std::move(second)).debugInfo->requestText.contains(u"two"_s));
-    EXPECT_TRUE(endOf(std::move(first)).debugInfo->requestText.contains(u"one"_s));
+    EXPECT_TRUE(outcomeOf(std::move(second)).debugInfo->requestText.contains(u"two"_s));
+    EXPECT_TRUE(outcomeOf(std::move(first)).debugInfo->requestText.contains(u"one"_s));
 }
 
 TEST_F(CloudCallTest, aCallEndsAfterItsServiceIsGone)
@@ -103,7 +103,7 @@ TEST_F(CloudCallTest, aCallEndsAfterItsServiceIsGone)
     service.reset();
     turnUntilWaiting(1);
     transport->gate.open();
-    EXPECT_EQ(textOf(endOf(std::move(task))), u"Hello"_s);
+    EXPECT_EQ(textOf(outcomeOf(std::move(task))), u"Hello"_s);
 }
 
 TEST_F(CloudCallTest, aDroppedCallGoesOnWithoutHarm)
@@ -145,7 +145,7 @@ TEST_F(CloudCallTest, theMainThreadTurnsWhileLargeBodiesAreBuiltAndRead)
     });
     timer.start(std::chrono::milliseconds(1));
     sinceTick.start();
-    const GenerationResult result = endOf(service->generateText(std::move(request), 2048, {}));
+    const GenerationResult result = outcomeOf(service->generateText(std::move(request), 2048, {}));
     longestGap = std::max(longestGap, sinceTick.elapsed());
     EXPECT_GT(textOf(result).size(), 10'000'000);
     RecordProperty("longestGapMs", static_cast<int>(longestGap));

@@ -21,7 +21,7 @@ struct GeminiServiceTest : CloudTest
 
     GenerationResult resultOf(CloudTextRequest request, OutputFormat format = OutputFormat::Text)
     {
-        return endOf(call(std::move(request), format));
+        return outcomeOf(call(std::move(request), format));
     }
 
     GenerationResult resultOfReply(const QByteArray &body)

@@ -22,7 +22,7 @@ struct OpenAIImagesTest : CloudTest
     GenerationResult resultOfReply(const QByteArray &body, const HttpHeaders &headers = {})
     {
         transport->answer(200, body, headers);
-        return endOf(call(u"A fox"_s));
+        return outcomeOf(call(u"A fox"_s));
     }
 
     Failed<OpenAIFailure> failureOfReply(int status, const QByteArray &body)
@@ -35,7 +35,7 @@ struct OpenAIImagesTest : CloudTest
     {
         transport->requests.clear();
         transport->answer(200, R"({"data":[{"b64_json":"iVBORw=="}]})");
-        endOf(call(prompt, model));
+        outcomeOf(call(prompt, model));
         return transport->onlyBody();
     }
 };
@@ -75,7 +75,7 @@ TEST_F(OpenAIImagesTest, onlyImageModelsAreUsed)
 TEST_F(OpenAIImagesTest, aBlankPromptIsReplacedAndShownAsItWasSent)
 {
     EXPECT_TRUE(bodySentFor(u" \n"_s, {}).contains(R"("prompt":"Create an image.")"));
-    const GenerationResult result = endOf(call(QString()));
+    const GenerationResult result = outcomeOf(call(QString()));
     EXPECT_TRUE(result.debugInfo->requestText.startsWith(
         u"Endpoint: POST /v1/images/generations\nPrompt:\nCreate an image.\n\nRequest JSON:\n{\n"_s));
 }
@@ -163,7 +163,7 @@ TEST_F(OpenAIImagesTest, aBodyThatCannotBeReadSurfacesTheDecodersErrorWhateverTh
                  QByteArray(R"({"data":{"b64_json":"iVBORw=="}})"),
                  QByteArray(R"({"error":{"message":7}})"), QByteArray("{\"a\":\"\xFF\"}")}) {
             transport->answer(status, body);
-            EXPECT_THROW(endOf(call(u"A fox"_s)), JsonError) << body.constData();
+            EXPECT_THROW(outcomeOf(call(u"A fox"_s)), JsonError) << body.constData();
         }
     }
 }

@@ -20,7 +20,10 @@ struct OpenAIServiceTest : CloudTest
         return service.generateText(std::move(request), kMaxOutputTokens, {});
     }
 
-    GenerationResult resultOf(CloudTextRequest request) { return endOf(call(std::move(request))); }
+    GenerationResult resultOf(CloudTextRequest request)
+    {
+        return outcomeOf(call(std::move(request)));
+    }
 
     // What a reply with that body becomes.
     GenerationResult resultOfReply(const QByteArray &body, const HttpHeaders &headers = {})
@@ -59,7 +62,7 @@ TEST_F(OpenAIServiceTest, anotherHostIsSentToUnderTheSamePath)
 {
     OpenAIService local(transport, clock, QUrl(u"http://127.0.0.1:8080"_s));
     transport->answer(200, R"({"output_text":"Hello"})");
-    endOf(local.generateText(textRequest(u"Hi"_s), kMaxOutputTokens, {}));
+    outcomeOf(local.generateText(textRequest(u"Hi"_s), kMaxOutputTokens, {}));
     EXPECT_EQ(transport->requests[0].url.toEncoded(), "http://127.0.0.1:8080/v1/responses");
 }
 
@@ -73,7 +76,7 @@ TEST_F(OpenAIServiceTest, aPromptAloneIsSentUntrimmedToTheDefaultModel)
 TEST_F(OpenAIServiceTest, picturesAreSentAsPicturesAndPDFsAsText)
 {
     transport->answer(200, R"({"output_text":"Hello"})");
-    endOf(service.generateText(
+    outcomeOf(service.generateText(
         textRequest(u"Sum up"_s, u"gpt-5-mini"_s, mixedAttachments()), 64, {}));
     EXPECT_EQ(transport->onlyBody(), wireFixture("openai_request_attachments.json"));
 }
@@ -161,7 +164,7 @@ TEST_F(OpenAIServiceTest, theTimestampIsTheMomentOfTheReply)
     }
     clock->advance(std::chrono::milliseconds(61'900));
     transport->gate.open();
-    EXPECT_EQ(rowOf(endOf(std::move(task)), u"Timestamp"_s), u"2026-02-20T15:01:01Z"_s);
+    EXPECT_EQ(rowOf(outcomeOf(std::move(task)), u"Timestamp"_s), u"2026-02-20T15:01:01Z"_s);
 }
 
 TEST_F(OpenAIServiceTest, rowsOfAReplyThatTellsNothingSaySo)

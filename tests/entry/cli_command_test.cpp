@@ -21,8 +21,8 @@ template <typename Command> Command parsed(const QStringList &arguments)
 
 TEST(CliCommand, actionsAreListedAsLinesOrAsJson)
 {
-    EXPECT_EQ(parsed<ListCommand>({u"actions"_s}).form, ListingForm::Lines);
-    EXPECT_EQ(parsed<ListCommand>({u"actions"_s, u"--json"_s}).form, ListingForm::Json);
+    EXPECT_EQ(parsed<ListCommand>({u"actions"_s}).form, AnswerForm::Lines);
+    EXPECT_EQ(parsed<ListCommand>({u"actions"_s, u"--json"_s}).form, AnswerForm::Json);
 }
 
 TEST(CliCommand, runTakesAnActionAndAText)
@@ -48,6 +48,28 @@ TEST(CliCommand, twoDashesEndTheOptions)
     const auto run = parsed<RunCommand>({u"run"_s, u"--"_s, u"--json"_s, u"-5 degrees"_s});
     EXPECT_EQ(run.action, u"--json"_s);
     EXPECT_EQ(run.text, u"-5 degrees"_s);
+}
+
+TEST(CliCommand, runAnswersAsJsonAndWritesItsResultToAFile)
+{
+    const auto run =
+        parsed<RunCommand>({u"run"_s, u"Joke"_s, u"cats"_s, u"--json"_s, u"-o"_s, u"joke.txt"_s});
+    EXPECT_EQ(run.form, AnswerForm::Json);
+    EXPECT_EQ(run.outputFile, u"joke.txt"_s);
+    EXPECT_EQ(parsed<RunCommand>({u"run"_s, u"--output=x"_s, u"Joke"_s}).outputFile, u"x"_s);
+    EXPECT_EQ(parsed<RunCommand>({u"run"_s, u"Joke"_s}).outputFile, QString());
+}
+
+TEST(CliCommand, namesOfStandardOutputAreOne)
+{
+    for (const QString &name : {u"-"_s, u"/dev/stdout"_s, u"/dev/fd/1"_s}) {
+        EXPECT_EQ(parsed<RunCommand>({u"run"_s, u"Joke"_s, u"-o"_s, name}).outputFile, u"-"_s);
+    }
+}
+
+TEST(CliCommand, serviceIsStartedByAVerb)
+{
+    parsed<ServeCommand>({u"serve"_s});
 }
 
 TEST(CliCommand, helpAndVersionAreAskedForByOptions)
@@ -81,7 +103,12 @@ INSTANTIATE_TEST_SUITE_P(EveryMistake, CliUsageTest,
         UsageRow{{u"run"_s, u"A"_s, u"two"_s, u"words"_s},
             u"Surplus text: \"words\". Put a text of several words into quotes."},
         UsageRow{{u"actions"_s, u"x"_s}, u"Surplus argument: \"x\"."},
-        UsageRow{{u"run"_s, u"A"_s, u"--json"_s}, u"--json goes with \"actions\"."},
+        UsageRow{{u"actions"_s, u"-o"_s, u"f"_s}, u"--output goes with \"run\"."},
+        UsageRow{{u"run"_s, u"A"_s, u"-o"_s, QString()}, u"--output names no file."},
+        UsageRow{{u"run"_s, u"A"_s, u"-o"_s, u"-"_s, u"--json"_s},
+            u"Standard output takes --json or --output -, not both."},
+        UsageRow{{u"serve"_s, u"--json"_s}, u"\"serve\" takes no options."},
+        UsageRow{{u"serve"_s, u"now"_s}, u"Surplus argument: \"now\"."},
         UsageRow{{u"actions"_s, u"--jason"_s}, u"Unknown option 'jason'."}));
 
 } // namespace

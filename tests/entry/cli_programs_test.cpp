@@ -3,6 +3,9 @@
 #include "support/app_world.h"
 #include "support/wait_until.h"
 
+#include <QDir>
+#include <QTemporaryDir>
+
 namespace velarc {
 namespace {
 
@@ -10,6 +13,18 @@ struct FileCloser
 {
     void operator()(FILE *file) const { std::fclose(file); }
 };
+
+QByteArray bytesOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
+}
+
+void writeBytes(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+}
 
 class CliProgramsTest : public AppWorld
 {
@@ -27,10 +42,35 @@ protected:
         made.makeViewModel = [this] { return std::make_unique<AppViewModel>(services()); };
         made.standardInputIsTerminal = [this] { return inputIsTerminal; };
         made.readStandardInput = [this] { return standardInput; };
+        made.finishCopying = [this](std::stop_token) { return copying(); };
+        made.serve = [this](std::stop_token) { return serving(); };
         made.out = out.get();
         made.err = err.get();
         made.version = u"1.2.3"_s;
         return made;
+    }
+
+    CopyOutcome copyOutcome = CopyOutcome::NothingToCopy;
+    bool serves = true;
+    int copiesFinished = 0;
+
+    QCoro::Task<CopyOutcome> copying()
+    {
+        ++copiesFinished;
+        co_return copyOutcome;
+    }
+    QCoro::Task<bool> serving() { co_return serves; }
+
+    // A library of one action that a scripted engine answers.
+    void storeCloudAction(OutputFormat format, const ResultPayload &answer)
+    {
+        AIAction action = testAction(u"Cloud"_s);
+        action.provider = AIProvider::OpenAI;
+        action.outputFormat = format;
+        store->saveActions({action});
+        keys->keys[AIProvider::OpenAI] = "sk";
+        openAI->answer.result.payload = answer;
+        openAI->answer.result.modelID = u"gpt-x"_s;
     }
 
     static QCoro::Task<void> keep(
@@ -165,6 +205,102 @@ TEST_F(CliProgramsTest, helpAndVersionAreAnswers)
     exit->reset();
     EXPECT_EQ(perform({u"--help"_s}), CliExit::Done);
     EXPECT_TRUE(said().contains(u"Usage: velarc-cli actions"_s));
+}
+
+TEST_F(CliProgramsTest, jsonAnswerHoldsTheEngineThatRanAndTheResult)
+{
+    storeCloudAction(OutputFormat::Text, TextPayload{u" two\nlines "_s});
+    EXPECT_EQ(perform({u"run"_s, u"Cloud"_s, u"x"_s, u"--json"_s}), CliExit::Done);
+    const Json answer = parseJson(said().toUtf8());
+    EXPECT_EQ(answer,
+        parseJson(R"({"dialog":" two\nlines ","provider":"openAI","model":"gpt-x",)"
+                  R"("payload":{"type":"text","text":" two\nlines "}})"));
+    EXPECT_TRUE(said().endsWith(u"}\n"_s));
+    EXPECT_EQ(said().count(u'\n'), 1);
+}
+
+TEST_F(CliProgramsTest, jsonAnswerHoldsAPictureInBase64)
+{
+    storeCloudAction(OutputFormat::Image, ImagePayload{QByteArrayLiteral("\x89PNG\0")});
+    EXPECT_EQ(perform({u"run"_s, u"Cloud"_s, u"x"_s, u"--json"_s}), CliExit::Done);
+    const Json answer = parseJson(said().toUtf8());
+    EXPECT_EQ(answer["dialog"], "Image generated.");
+    EXPECT_EQ(answer["payload"], parseJson(R"({"type":"image","png":"iVBORwA="})"));
+}
+
+TEST_F(CliProgramsTest, refusalIsJsonToo)
+{
+    storeOne(u"Plain"_s);
+    EXPECT_EQ(perform({u"run"_s, u"Plain"_s, u" "_s, u"--json"_s}), CliExit::Refused);
+    EXPECT_EQ(said(),
+        u"{\"dialog\":\"Input is empty.\",\"provider\":null,\"model\":null,"
+        u"\"payload\":null}\n"_s);
+}
+
+TEST_F(CliProgramsTest, resultGoesToTheFileToTheByteAndTheAnswerToStandardOutput)
+{
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(u"result"_s);
+    storeCloudAction(OutputFormat::Image, ImagePayload{QByteArrayLiteral("\x89PNG\0\n")});
+    EXPECT_EQ(perform({u"run"_s, u"Cloud"_s, u"x"_s, u"-o"_s, file}), CliExit::Done);
+    EXPECT_EQ(bytesOf(file), QByteArrayLiteral("\x89PNG\0\n"));
+    EXPECT_EQ(said(), u"Image generated.\n"_s);
+    EXPECT_EQ(complained(), QString());
+}
+
+TEST_F(CliProgramsTest, dashAsTheFileTakesThePlaceOfTheAnswer)
+{
+    storeCloudAction(OutputFormat::Text, TextPayload{u"no line feed"_s});
+    EXPECT_EQ(perform({u"run"_s, u"Cloud"_s, u"x"_s, u"-o"_s, u"-"_s}), CliExit::Done);
+    EXPECT_EQ(said(), u"no line feed"_s);
+}
+
+TEST_F(CliProgramsTest, fileThatCannotBeWrittenIsToldBeforeTheEngineIsAsked)
+{
+    storeCloudAction(OutputFormat::Text, TextPayload{u"x"_s});
+    EXPECT_EQ(
+        perform({u"run"_s, u"Cloud"_s, u"x"_s, u"-o"_s, u"/nowhere/result"_s}), CliExit::Usage);
+    EXPECT_EQ(complained(), u"velarc-cli: There is no folder \"/nowhere\".\n"_s);
+    EXPECT_EQ(openAI->textRequests.size(), 0);
+}
+
+TEST_F(CliProgramsTest, failedRunLeavesTheFileAsItWas)
+{
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(u"result"_s);
+    writeBytes(file, "before");
+    storeCloudAction(OutputFormat::Text, TextPayload{u"x"_s});
+    openAI->answer.failure = failureOf(std::runtime_error("no"));
+    EXPECT_EQ(perform({u"run"_s, u"Cloud"_s, u"x"_s, u"-o"_s, file}), CliExit::RunFailed);
+    EXPECT_EQ(bytesOf(file), "before");
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
+}
+
+TEST_F(CliProgramsTest, placeOfAResultThatTheAnswerOnlySpeaksOfIsToldOnStandardError)
+{
+    storeCloudAction(OutputFormat::Pdf, TextPayload{u"x"_s});
+    EXPECT_EQ(perform({u"run"_s, u"Cloud"_s, u"x"_s}), CliExit::Done);
+    EXPECT_EQ(said(), u"PDF generated.\n"_s);
+    EXPECT_TRUE(complained().startsWith(u"velarc-cli: The PDF is \"/"_s));
+}
+
+TEST_F(CliProgramsTest, copyThatNobodyTakesIsTold)
+{
+    storeOne(u"Plain"_s);
+    copyOutcome = CopyOutcome::NoClipboard;
+    EXPECT_EQ(perform({u"run"_s, u"Plain"_s, u"x"_s}), CliExit::Done);
+    EXPECT_EQ(complained(), u"velarc-cli: There is no clipboard to copy the result to.\n"_s);
+    EXPECT_EQ(copiesFinished, 1);
+}
+
+TEST_F(CliProgramsTest, serviceThatCannotServeIsAFailure)
+{
+    EXPECT_EQ(perform({u"serve"_s}), CliExit::Done);
+    exit->reset();
+    serves = false;
+    EXPECT_EQ(perform({u"serve"_s}), CliExit::RunFailed);
+    EXPECT_EQ(complained(),
+        u"velarc-cli: There is no session bus, or another process serves on it already.\n"_s);
 }
 
 TEST_F(CliProgramsTest, outputThatTakesNothingIsAFailedRun)

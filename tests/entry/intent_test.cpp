@@ -140,7 +140,7 @@ TEST_F(IntentTest, answerIsTheTextAsItStands)
     storeActions({action});
     perform(action.id, u"  hello "_s);
     EXPECT_EQ(dialog(), u"[Local Preview Response]\nAction: Plain\n\nhello"_s);
-    EXPECT_TRUE(performed->outcome->payload.has_value());
+    EXPECT_TRUE(performed->outcome->run.has_value());
 }
 
 TEST_F(IntentTest, blankAnswerAndEveryOtherPayloadHaveASentence)

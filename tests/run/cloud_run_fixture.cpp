@@ -1,9 +1,7 @@
 #include "cloud_run_fixture.h"
 
-#include "engines/anthropic_service.h"
-#include "engines/gemini_service.h"
 #include "engines/on_device_services.h"
-#include "engines/openai_service.h"
+#include "support/cloud_services.h"
 #include "support/fixture.h"
 
 namespace velarc {
@@ -69,11 +67,7 @@ void CloudRunTest::launchCloud()
 void CloudRunTest::launchCloud(const std::shared_ptr<HttpTransport> &transport)
 {
     viewModel.reset();
-    const QUrl host = server->url({});
-    AppServices made = services();
-    made.openAIService = std::make_shared<OpenAIService>(transport, clock, host);
-    made.geminiService = std::make_shared<GeminiService>(transport, clock, host);
-    made.anthropicService = std::make_shared<AnthropicService>(transport, clock, host);
+    AppServices made = overCloudClients(services(), transport, server->url({}));
     made.onDeviceModel = absentOnDeviceModel();
     made.appleIntelligenceService = std::make_shared<AppleIntelligenceService>(made.onDeviceModel);
     made.appleImageService = std::make_shared<AppleImageService>();

@@ -357,5 +357,38 @@ TEST_F(ConnectionsTest, savingAConnectedDefaultEngineSaysNothing)
     EXPECT_EQ(viewModel->statusNote(), std::nullopt);
 }
 
+TEST_F(ConnectionsTest, connectingThatNobodyAwaitsTellsItsEnd)
+{
+    QStringList told;
+    const auto tell = [&](const std::optional<QString> &sentence) {
+        told.append(sentence.value_or(u"done"_s));
+    };
+    connections().startConnecting({AIProvider::OpenAI, Secret("sk-1"), {}, {}}, tell);
+    turnEventLoop();
+    connections().startConnecting({AIProvider::OpenAI, Secret(" "), {}, {}}, tell);
+    turnEventLoop();
+    connections().startDisconnecting(AIProvider::OpenAI, tell);
+    turnEventLoop();
+    connections().startDisconnecting(AIProvider::LocalFallback, tell);
+    turnEventLoop();
+    EXPECT_EQ(told,
+        QStringList({u"done"_s, u"Paste your API key to continue."_s, u"done"_s,
+            u"This provider does not require a stored credential."_s}));
+    EXPECT_EQ(scope->running(), 0U);
+}
+
+TEST_F(ConnectionsTest, connectingThatNobodyAwaitsEndsUntoldWithTheProgram)
+{
+    openAI->answer.gate.close();
+    bool isTold = false;
+    connections().startConnecting({AIProvider::OpenAI, Secret("sk-1"), {}, {}},
+        [&](const std::optional<QString> & /*sentence*/) { isTold = true; });
+    turnEventLoop();
+    EXPECT_EQ(scope->running(), 1U);
+    EXPECT_TRUE(scope->finish());
+    EXPECT_FALSE(isTold);
+    EXPECT_EQ(keys->storedKey(AIProvider::OpenAI), std::nullopt);
+}
+
 } // namespace
 } // namespace velarc

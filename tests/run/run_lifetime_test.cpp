@@ -143,7 +143,7 @@ QCoro::Task<void> runShortcut(RunPipeline *pipeline, AIAction action, QString in
     std::stop_token stop, std::shared_ptr<ShortcutOutcome> outcome)
 {
     try {
-        outcome->payload = co_await pipeline->runForShortcut(action, input, stop);
+        outcome->payload = (co_await pipeline->runForShortcut(action, input, stop)).payload;
     } catch (...) {
         outcome->failure = std::current_exception();
     }

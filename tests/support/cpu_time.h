@@ -8,17 +8,20 @@
 
 namespace velarc {
 
+// The processor time that this thread has spent so far.
+[[nodiscard]] inline std::chrono::nanoseconds threadCpuTime()
+{
+    std::timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
 // The processor time that this thread spends in `work`.
 template <typename Work> [[nodiscard]] std::chrono::duration<double> cpuTime(Work work)
 {
-    const auto now = [] {
-        std::timespec time{};
-        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-        return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
-    };
-    const auto start = now();
+    const auto start = threadCpuTime();
     work();
-    return now() - start;
+    return threadCpuTime() - start;
 }
 
 // The least of three measurements.

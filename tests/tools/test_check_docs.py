@@ -43,6 +43,11 @@ class CheckDocs(TreeTest):
         self.write("README.md", "Each `src/*/CMakeLists.txt`.\n")
         self.assertEqual(self.faults(), ["README.md:1: there is no src/*/CMakeLists.txt"])
 
+    def test_pages_of_the_docs_count_and_may_point_beside_themselves(self):
+        self.write("docs/page.md", "![floors](floors.svg) and [gone](gone.svg), `src/base/text.h`\n")
+        self.write("docs/floors.svg")
+        self.assertEqual(self.faults(), ["docs/page.md:1: there is no gone.svg"])
+
     def test_what_stands_outside_the_tree_or_is_built_is_left_alone(self):
         self.write(
             "README.md",

@@ -116,6 +116,37 @@ class Dev(TreeTest):
         self.dev("build")
         self.assertEqual(self.calls(), [f"cmake -S {self.project} --preset dev"] * 2)
 
+    def fuzzer(self, name, status=0):
+        target = self.project / "build/fuzz/bin" / f"velarc_fuzz_{name}"
+        target.parent.mkdir(parents=True, exist_ok=True)
+        self.program(target, f'echo "fuzz {name} $*" >>"$FAKE_LOG"; echo "the find"; exit {status}')
+
+    def fuzzed(self):
+        return [call for call in self.calls() if call.startswith("fuzz ")]
+
+    def test_fuzzing_feeds_every_target_for_so_long(self):
+        for name in ("letters", "numbers"):
+            self.fuzzer(name)
+        done = self.dev("check", "--fuzz", "7")
+        self.assertEqual((done.returncode, done.stdout), (0, ""))
+        self.assertIn(f"cmake -S {self.project} --preset fuzz", self.calls())
+        self.assertEqual([call.split()[1:3] for call in self.fuzzed()],
+                         [["letters", "-max_total_time=7"], ["numbers", "-max_total_time=7"]])
+        self.assertTrue(self.fuzzed()[0].endswith(f"{self.project}/tests/fuzz/seeds/letters"))
+
+    def test_a_find_of_the_fuzzer_is_shown_and_fails(self):
+        self.fuzzer("letters", status=77)
+        done = self.dev("check", "--fuzz")
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("the find", done.stderr)
+        self.assertIn("-max_total_time=60", self.fuzzed()[0])
+
+    def test_fuzzing_for_no_time_or_without_targets_is_refused(self):
+        for arguments in (["soon"], ["0"], ["5", "6"]):
+            self.assertEqual(self.dev("check", "--fuzz", *arguments).returncode, 1)
+        self.assertEqual(self.calls(), [])
+        self.assertIn("no target", self.dev("check", "--fuzz", "5").stderr)
+
     def test_a_failed_build_shows_why_on_standard_error(self):
         done = self.dev("build", FAKE_WORK="[1/1] main.o", FAKE_BUILD_STATUS="1")
         self.assertEqual((done.returncode, done.stdout), (1, ""))

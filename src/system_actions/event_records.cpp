@@ -1,0 +1,84 @@
+#include "system_actions/event_records.h"
+
+#include "base/async.h"
+
+#include <utility>
+
+namespace velarc {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using std::chrono::seconds;
+
+// Beyond so many records in one answer a series gives its first occurrences alone.
+constexpr qsizetype kPlenty = 200'000;
+constexpr ExpansionBounds kWhenPlenty{2'000, 20};
+
+UtcWindow utcWindowOf(CalendarWindow window)
+{
+    const UtcTime first = utcOfInstant(window.start);
+    // The end itself lies outside.
+    const auto last = std::chrono::ceil<seconds>(window.end) - seconds(1);
+    return {first, std::max(first, UtcTime(last))};
+}
+
+} // namespace
+
+QString eventIdentifier(const QString &uid, const std::optional<IcalTime> &due)
+{
+    return due ? uid + u'#' + occurrenceName(*due) : uid;
+}
+
+CalendarEvent recordOf(const IcalSeries &series, const Occurrence &occurrence,
+    const QString &calendarIdentifier)
+{
+    const IcalEvent &event = *occurrence.event;
+    const bool isAllDay = event.start.form == TimeForm::Date;
+    // One second before the midnight behind it: of an all-day event the last day.
+    const UtcTime end = occurrence.end - seconds(isAllDay ? 1 : 0);
+    return {eventIdentifier(series.uid, occurrence.due), calendarIdentifier, event.title,
+        instantOfUtc(occurrence.start), instantOfUtc(end), isAllDay, event.location, event.notes};
+}
+
+CalendarStoreError eventIsGone()
+{
+    return CalendarStoreError(u"The event is no longer in the calendar."_s);
+}
+
+QList<EventReference> readingsOf(const QString &identifier)
+{
+    QList<EventReference> readings{{identifier, std::nullopt}};
+    const qsizetype hash = identifier.lastIndexOf(u'#');
+    if (hash > 0) {
+        if (const auto due = dueOfOccurrenceName(QStringView(identifier).sliced(hash + 1))) {
+            readings.append({identifier.first(hash), due});
+        }
+    }
+    return readings;
+}
+
+std::optional<Occurrence> occurrenceOf(const IcalSeries &series,
+    const std::optional<IcalTime> &due, const CalendarZone &system, std::stop_token stop)
+{
+    return due ? occurrenceDueAt(series, due->utc(system), system, std::move(stop))
+               : firstOccurrence(series, system, std::move(stop));
+}
+
+RecordCollector::RecordCollector(CalendarWindow window, ZonePointer system, std::stop_token stop)
+    : m_window(utcWindowOf(window)), m_system(std::move(system)), m_stop(std::move(stop))
+{
+}
+
+void RecordCollector::take(const IcalSeries &series, const QString &calendarIdentifier)
+{
+    throwIfStopped(m_stop);
+    const ExpansionBounds bounds = m_records.size() < kPlenty ? ExpansionBounds() : kWhenPlenty;
+    for (const Occurrence &occurrence :
+        occurrencesIn(series, m_window, *m_system, bounds, m_stop)) {
+        m_records.append(recordOf(series, occurrence, calendarIdentifier));
+    }
+}
+
+} // namespace velarc

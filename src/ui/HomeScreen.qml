@@ -1,0 +1,128 @@
+import QtQuick
+import Velarc
+
+// The canvas: an action to run, the input that it runs on, and what came of it.
+FocusScope {
+    id: home
+
+    readonly property HomePresenter presenter: Screens.home
+
+    Rectangle {
+        anchors.fill: parent
+        gradient: Gradient {
+            GradientStop {
+                position: 0
+                color: Theme.canvasGradient[0]
+            }
+            GradientStop {
+                position: 0.5
+                color: Theme.canvasGradient[1]
+            }
+            GradientStop {
+                position: 1
+                color: Theme.canvasGradient[2]
+            }
+        }
+    }
+
+    DropArea {
+        anchors.fill: parent
+        onEntered: drag => {
+            drag.accepted = drag.hasUrls || drag.hasText;
+            Screens.canvas.isDropTargeted = drag.hasUrls;
+        }
+        onExited: Screens.canvas.isDropTargeted = false
+        onDropped: drop => {
+            Screens.canvas.isDropTargeted = false;
+            drop.accept(Qt.CopyAction);
+            if (drop.hasUrls) {
+                Screens.canvas.dropFiles(drop.urls);
+            } else {
+                Screens.canvas.dropText(drop.text);
+            }
+        }
+    }
+
+    Item {
+        id: toolbar
+
+        width: parent.width
+        height: 48
+
+        Wordmark {
+            anchors.centerIn: parent
+        }
+    }
+
+    HomeTopBar {
+        id: topBar
+
+        anchors.top: toolbar.bottom
+        anchors.topMargin: Theme.space4
+        x: Math.round((home.width - width) / 2)
+        width: Math.min(Theme.contentWidth, home.width - 2 * Theme.space5)
+    }
+
+    ScrollArea {
+        id: scroll
+
+        anchors.top: topBar.bottom
+        anchors.topMargin: Theme.space3
+        anchors.bottom: note.top
+        anchors.left: parent.left
+        anchors.right: parent.right
+        padding: Theme.space5
+        maximumContentWidth: Theme.contentWidth
+
+        Loader {
+            width: parent.width
+            sourceComponent: [inputPhase, processingPhase, outputPhase][home.presenter.phase]
+        }
+    }
+
+    Item {
+        id: note
+
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: noteText.text === "" ? 0 : Theme.space2
+        x: Math.round((home.width - width) / 2)
+        width: Math.min(Theme.contentWidth, home.width - 2 * Theme.space5)
+        height: noteText.text === "" ? 30 : noteText.implicitHeight
+
+        Label {
+            id: noteText
+
+            width: parent.width
+            style: Label.Caption
+            secondary: true
+            text: home.presenter.statusNote
+            elide: Text.ElideRight
+            wrapMode: Text.NoWrap
+        }
+    }
+
+    Toast {
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 48
+        text: home.presenter.toast
+    }
+
+    Component {
+        id: inputPhase
+
+        InputView {}
+    }
+
+    Component {
+        id: processingPhase
+
+        ProcessingView {}
+    }
+
+    Component {
+        id: outputPhase
+
+        OutputView {}
+    }
+}

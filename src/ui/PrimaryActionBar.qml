@@ -1,0 +1,34 @@
+import QtQuick
+import Velarc
+
+// Run, and how runs start by themselves.
+Row {
+    id: bar
+
+    property bool isAutomationSheetPresented: false
+
+    spacing: Theme.space3
+
+    Button {
+        kind: Button.Prominent
+        symbol: "play.fill"
+        text: "Run"
+        tip: "Run the selected action"
+        shortcutText: "Ctrl+Return"
+        onClicked: Screens.home.run()
+    }
+
+    Button {
+        symbol: "sparkles"
+        text: "Automation"
+        onClicked: bar.isAutomationSheetPresented = true
+    }
+
+    SheetSlot {
+        presented: bar.isAutomationSheetPresented
+        sheet: Component {
+            AutomationSheet {}
+        }
+        onDismissed: bar.isAutomationSheetPresented = false
+    }
+}

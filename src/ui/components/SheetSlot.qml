@@ -1,0 +1,57 @@
+import QtQuick
+import Velarc
+
+// A sheet that is made when it is first wanted, stands while `presented` says so, and goes when it
+// is closed. `sheet` makes a Sheet.
+Loader {
+    id: slot
+
+    required property bool presented
+    required property Component sheet
+
+    // The user closed it.
+    signal dismissed
+
+    readonly property Sheet open: item as Sheet
+
+    active: false
+    sourceComponent: sheet
+    onPresentedChanged: follow()
+    Component.onCompleted: follow()
+    onLoaded: (item as Sheet).open()
+
+    function follow() {
+        if (presented && open !== null && open.opened) {
+            return;
+        }
+        if (presented) {
+            active = false;
+            active = true;
+        } else if (open !== null && open.opened) {
+            open.close();
+        }
+    }
+
+    // Not inside the sheet's own signal.
+    Timer {
+        id: unloading
+
+        interval: 0
+        onTriggered: slot.active = slot.presented
+    }
+
+    Connections {
+        target: slot.open
+        ignoreUnknownSignals: true
+
+        function onAboutToHide() {
+            if (slot.presented) {
+                slot.dismissed();
+            }
+        }
+
+        function onClosed() {
+            unloading.start();
+        }
+    }
+}
