@@ -5,7 +5,6 @@
 #include "base/uuid.h"
 #include "records/run_errors.h"
 
-#include <QDir>
 #include <QUuid>
 
 namespace velarc {
@@ -60,7 +59,7 @@ QCoro::Task<QUrl> writePDF(
 {
     const QString shown = isBlank(title) ? u"Velarc Result"_s : trimmed(title).toString();
     QByteArray bytes = co_await renderPDF(members, std::move(text), shown, stop);
-    const QString path = QDir(QDir::tempPath()).filePath(pdfFileName(shown, newUuid()));
+    const QString path = temporaryFilePath(pdfFileName(shown, newUuid()));
     auto write = [path, bytes = std::move(bytes)](
                      const std::stop_token &) { return writeNewPrivateFile(path, bytes); };
     const bool isWritten = co_await members->files.run(std::move(write), stop);

@@ -9,6 +9,7 @@
 #include "support/printers.h"
 #include "support/wait_until.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
@@ -178,6 +179,19 @@ TEST(PdfExport, folderThatTakesNoFileIsAFailedWriteAndNoMore)
     PdfExport pdfExport(helper());
     EXPECT_EQ(endOf(pdfExport.exportPDF(u"x"_s, u"T"_s, {})).failure,
         u"Could not write the generated PDF file."_s);
+}
+
+TEST(PdfExport, withoutATemporaryFolderNothingIsWrittenWhereTheProgramWasStarted)
+{
+    const QTemporaryDir started;
+    const QString before = QDir::currentPath();
+    const ScopedVariable none("TMPDIR", started.filePath(u"none"_s).toStdString());
+    ASSERT_TRUE(QDir::setCurrent(started.path()));
+    PdfExport pdfExport(helper());
+    const auto ended = endOf(pdfExport.exportPDF(u"x"_s, u"T"_s, {}));
+    EXPECT_EQ(ended.failure, u"Could not write the generated PDF file."_s);
+    EXPECT_TRUE(QDir(started.path()).isEmpty());
+    QDir::setCurrent(before);
 }
 
 TEST(PdfExport, fileLiesInTheTemporaryFolder)

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 
 namespace velarc {
 namespace {
@@ -286,6 +287,19 @@ TEST_F(ResultDeliveryTest, folderThatTakesNoFileLeavesNothingToShareAndNoNote)
     EXPECT_EQ(viewModel->statusNote(), note);
 }
 
+TEST_F(ResultDeliveryTest, withoutATemporaryFolderNothingIsSharedFromWhereTheProgramWasStarted)
+{
+    answerWith(ImagePayload{QByteArrayLiteral("png")});
+    run(u"x"_s);
+    const QTemporaryDir started;
+    const QString before = QDir::currentPath();
+    const ScopedVariable none("TMPDIR", started.filePath(u"none"_s).toStdString());
+    ASSERT_TRUE(QDir::setCurrent(started.path()));
+    EXPECT_EQ(share(), std::nullopt);
+    EXPECT_TRUE(QDir(started.path()).isEmpty());
+    QDir::setCurrent(before);
+}
+
 TEST_F(ResultDeliveryTest, sharedPdfIsTheFileThatStands)
 {
     action.outputFormat = OutputFormat::Pdf;
@@ -353,7 +367,7 @@ TEST_F(ResultDeliveryTest, refineRunsOnTheOutputAndTheWish)
     EXPECT_EQ(shownText(), u"from OpenAI"_s);
 }
 
-TEST_F(ResultDeliveryTest, refineOfASystemActionGoesThroughItAgain)
+TEST_F(ResultDeliveryTest, refineOfASystemActionKeepsItsEngineAndGoesThroughItAgain)
 {
     action.destination = ActionDestination::system(Kind::CalendarEditEvent);
     run(u"x"_s);
@@ -362,6 +376,7 @@ TEST_F(ResultDeliveryTest, refineOfASystemActionGoesThroughItAgain)
     letRunGoOn();
     EXPECT_EQ(
         systemActions->kinds, (QList<Kind>{Kind::CalendarEditEvent, Kind::CalendarEditEvent}));
+    EXPECT_EQ(openAI->textRequests.size(), 2) << "by the same engine";
 }
 
 TEST_F(ResultDeliveryTest, imageAndBlankResultsCannotBeRefined)
