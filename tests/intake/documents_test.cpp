@@ -5,6 +5,7 @@
 #include "intake/pdf_text_reader.h"
 #include "intake/svg_rasterizer.h"
 #include "records/run_errors.h"
+#include "support/cpu_time.h"
 #include "support/environment.h"
 #include "support/printers.h"
 #include "support/wait_until.h"
@@ -105,6 +106,23 @@ TEST(PdfExport, nameOfALongTitleIsCutBetweenTwoCharacters)
     const QString name = pdfFileName(QString(300, QChar(0x00E4)), uuid);
     EXPECT_LE(name.toUtf8().size(), 255);
     EXPECT_TRUE(name.endsWith(u"\u00E4-01234567.pdf"_s));
+}
+
+TEST(PdfExport, nameOfATitleThatIsOneEndlessCharacterIsTheRandomPartAlone)
+{
+    const QUuid uuid(u"{01234567-89ab-cdef-0123-456789abcdef}"_s);
+    EXPECT_EQ(pdfFileName(u'e' + QString(1'000'000, QChar(0x0301)), uuid), u"-01234567.pdf"_s);
+}
+
+TEST(PdfExport, titleOfAMillionLettersHoldsNothingUp)
+{
+    QString path;
+    const QString title(1'000'000, u'M');
+    const auto time = cpuTime([&] { exported(u"hello"_s, title, &path); });
+    EXPECT_LT(time.count(), 0.25) << "of the main thread";
+    EXPECT_EQ(QFileInfo(path).fileName().size(), 255);
+    EXPECT_TRUE(saidBy(u"pdftotext"_s, {path, u"-"_s}).contains(u"hello"_s));
+    QFile::remove(path);
 }
 
 TEST(PdfExport, fileIsItsUsersAloneAndTwoExportsAreTwoFiles)
