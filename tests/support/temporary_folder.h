@@ -2,6 +2,7 @@
 
 // A temporary directory of its own for a test program.
 
+#include <QFile>
 #include <QTemporaryDir>
 
 #include <cstdlib>
@@ -13,7 +14,13 @@ namespace velarc {
 class OwnTemporaryFolder
 {
 public:
-    OwnTemporaryFolder() { setenv("TMPDIR", m_folder.path().toUtf8().constData(), 1); }
+    OwnTemporaryFolder()
+    {
+        // Another user may reach what lies in it, as in any temporary directory.
+        QFile::setPermissions(m_folder.path(),
+            QFile::permissions(m_folder.path()) | QFileDevice::ExeGroup | QFileDevice::ExeOther);
+        setenv("TMPDIR", m_folder.path().toUtf8().constData(), 1);
+    }
 
 private:
     QTemporaryDir m_folder;
