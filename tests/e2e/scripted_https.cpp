@@ -8,9 +8,13 @@
 //   {"silence": true}
 //   {"close": true}
 //   {"late": true, "status": 200, ...}
-// The last goes to the request that was answered with silence, at once. Of the others each whole
-// request uses up one; without one it is answered with status 500. Standard output has a line
-// {"listening": true} at the start and one a request:
+//   {"break": "encrypted", "reset": true}
+//   {"break": "reply", "raw": "HTTP/1.1 200 OK"}
+// The late one goes to the request that was answered with silence, at once. A break closes the
+// connection, or resets it, once it is "accepted", "encrypted", has sent its "head" or its whole
+// "request", or got the raw bytes of a "reply". Each whole request uses up one of the others, breaks
+// first; without one it is answered with status 500. Standard output has a line
+// {"listening": true} at the start and one a request that did not meet a break:
 //   {"method": "POST", "path": "/v1/messages", "headers": {"name": "value"}, "body": "text"}
 // It ends with standard input.
 
@@ -18,6 +22,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QHash>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSocketNotifier>
@@ -38,6 +43,17 @@ void say(const QJsonObject &object)
     const QByteArray line = QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
     std::fwrite(line.constData(), 1, static_cast<std::size_t>(line.size()), stdout);
     std::fflush(stdout);
+}
+
+ScriptedAnswer breakOf(const QJsonObject &line)
+{
+    static const QHash<QString, Stage> kStages{{u"accepted"_s, Stage::Accepted},
+        {u"encrypted"_s, Stage::Encrypted}, {u"head"_s, Stage::HeadRead}};
+    ScriptedAnswer answer =
+        endingAt(kStages.value(line.value("break"_L1).toString(), Stage::RequestRead),
+            line.contains("reset"_L1) ? Ending::Reset : Ending::Close);
+    answer.bytes = line.value("raw"_L1).toString().toUtf8();
+    return answer;
 }
 
 ScriptedAnswer answerOf(const QJsonObject &line)
@@ -99,6 +115,8 @@ private:
     {
         if (line.contains("late"_L1)) {
             m_server.sendMore(answerOf(line).bytes);
+        } else if (line.contains("break"_L1)) {
+            m_server.answer(breakOf(line));
         } else {
             m_answers.push_back(answerOf(line));
         }

@@ -12,6 +12,7 @@
 #                                     default)
 #                            unlocked the keyring daemon runs, its login collection is unlocked
 #   VELARC_SESSION_SERVICES  a folder whose *.service files the bus knows
+#   VELARC_SESSION_HOME      a folder that is the user's home and outlasts the session, if one is given
 #
 # In the session VELARC_SESSION names its folder, and VELARC_SESSION_PASSWORD is the password of the
 # login collection.
@@ -30,7 +31,7 @@ die() {
 make_folders() {
     export VELARC_SESSION VELARC_SESSION_PASSWORD=session
     VELARC_SESSION=$(mktemp -d /tmp/velarc.XXXXXX) # short: the paths of sockets are limited
-    export HOME=$VELARC_SESSION/home XDG_RUNTIME_DIR=$VELARC_SESSION/run
+    export HOME=${VELARC_SESSION_HOME:-$VELARC_SESSION/home} XDG_RUNTIME_DIR=$VELARC_SESSION/run
     export XDG_CONFIG_HOME=$HOME/.config XDG_DATA_HOME=$HOME/.local/share
     export XDG_CACHE_HOME=$HOME/.cache XDG_STATE_HOME=$HOME/.local/state
     mkdir -p "$XDG_CONFIG_HOME" "$XDG_DATA_HOME" "$XDG_CACHE_HOME" "$XDG_STATE_HOME"
