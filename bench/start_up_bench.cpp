@@ -28,6 +28,17 @@ public:
     void saveWithoutPrompting(const Secret &, AIProvider, std::chrono::milliseconds) override {}
 };
 
+// A desktop that does nothing; a start asks nothing of it.
+class NoSystemActions final : public SystemActionExecuting
+{
+public:
+    QCoro::Task<SystemActionExecutionResult> execute(
+        SystemDestinationKind, QString, std::stop_token) override
+    {
+        co_return SystemActionExecutionResult();
+    }
+};
+
 AppServices servicesOver(std::shared_ptr<const LocalStore> store)
 {
     AppServices services;

@@ -32,12 +32,17 @@ _velarc_cli() {
         case ${COMP_WORDS[1]:-} in
             actions) _velarc_words "--json --help" "$current" ;;
             run) _velarc_words "--json --output --help" "$current" ;;
+            export) _velarc_words "--output --help" "$current" ;;
+            import) _velarc_words "--dry-run --help" "$current" ;;
             *) _velarc_words "--help --version" "$current" ;;
         esac
     elif ((COMP_CWORD == 1)); then
-        _velarc_words "actions run serve" "$current"
-    elif [[ ${COMP_WORDS[1]} == run ]] && ((COMP_CWORD == 2)); then
+        _velarc_words "actions run export import serve" "$current"
+    elif [[ ${COMP_WORDS[1]} == @(run|export) ]] && ((COMP_CWORD == 2)); then
         _velarc_titles "$current"
+    elif [[ ${COMP_WORDS[1]} == import ]]; then
+        compopt -o filenames
+        mapfile -t COMPREPLY < <(compgen -f -- "$current")
     fi
 }
 

@@ -18,6 +18,9 @@ constexpr qsizetype kFileNameLength = 60;
 
 Json parsedFile(QByteArrayView bytes, const std::stop_token &stop)
 {
+    if (bytes.trimmed().isEmpty()) {
+        throw ActionImportError(u"The file is empty, so nothing was imported."_s);
+    }
     try {
         return parseJson(bytes, stop);
     } catch (const JsonError &) {
@@ -124,6 +127,17 @@ QList<ImportStep> importSteps(const QList<AIAction> &library, const QList<AIActi
             isSame ? QString() : present.name});
     }
     return steps;
+}
+
+QList<AIAction> changedActions(const QList<ImportStep> &steps)
+{
+    QList<AIAction> changed;
+    for (const ImportStep &step : steps) {
+        if (step.change != ImportChange::KeepsAsItIs) {
+            changed.append(step.action);
+        }
+    }
+    return changed;
 }
 
 QList<AIAction> withImported(QList<AIAction> library, const QList<AIAction> &imported)

@@ -66,6 +66,9 @@ struct ImportStep
 [[nodiscard]] QList<ImportStep> importSteps(
     const QList<AIAction> &library, const QList<AIAction> &imported);
 
+// The actions of the steps that change something.
+[[nodiscard]] QList<AIAction> changedActions(const QList<ImportStep> &steps);
+
 // `library` with each imported action in the place of the one of its id, else behind all others.
 [[nodiscard]] QList<AIAction> withImported(
     QList<AIAction> library, const QList<AIAction> &imported);

@@ -1,5 +1,6 @@
 #include "base/private_file.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
@@ -30,6 +31,12 @@ bool writeAll(int descriptor, QByteArrayView bytes)
 }
 
 } // namespace
+
+QString temporaryFilePath(const QString &name)
+{
+    const QString folder = QDir::tempPath(); // empty where TMPDIR names none
+    return folder.isEmpty() ? QString() : QDir(folder).filePath(name);
+}
 
 bool writeNewPrivateFile(const QString &path, QByteArrayView bytes)
 {

@@ -7,6 +7,10 @@
 
 namespace velarc {
 
+// The path of a file of that name in the temporary directory. Empty where there is no such
+// directory: a bare name would mean the directory that the program was started in.
+[[nodiscard]] QString temporaryFilePath(const QString &name);
+
 // Writes a new file of mode 0600. A file or a link that stands under the name already is left
 // alone, and nothing is written then. A write that breaks off leaves nothing behind. Any thread;
 // false for every failure.

@@ -48,6 +48,7 @@ bool saysNobodyIsThere(int busError)
     case G_DBUS_ERROR_SERVICE_UNKNOWN:
     case G_DBUS_ERROR_NAME_HAS_NO_OWNER:
     case G_DBUS_ERROR_NO_REPLY: // it left the bus; one that only keeps silent is timed out
+    case G_DBUS_ERROR_UNKNOWN_OBJECT: // it is leaving: the name is given back before the object
     case G_DBUS_ERROR_SPAWN_EXEC_FAILED:
     case G_DBUS_ERROR_SPAWN_FORK_FAILED:
     case G_DBUS_ERROR_SPAWN_CHILD_EXITED:
@@ -73,22 +74,43 @@ struct Method
     const char *name;
 };
 
+struct CallOutcome
+{
+    WindowReply reply = WindowReply::NoBus;
+    Held<GVariant> results; // where it is done
+    QString complaint; // of the window, where it failed
+};
+
+QString complaintIn(GError &failure)
+{
+    g_dbus_error_strip_remote_error(&failure);
+    return QString::fromUtf8(failure.message);
+}
+
 // Takes over the arguments, which are floating.
-WindowReply call(Method method, GVariant *arguments, WindowStart start)
+CallOutcome ask(Method method, GVariant *arguments, WindowStart start)
 {
     const Held<GVariant> held(g_variant_ref_sink(arguments));
     const Held<GDBusConnection> bus = sessionBus();
     if (!bus) {
-        return WindowReply::NoBus;
+        return {};
     }
     const GDBusCallFlags flags =
         start == WindowStart::Never ? G_DBUS_CALL_FLAGS_NO_AUTO_START : G_DBUS_CALL_FLAGS_NONE;
     GError *error = nullptr;
-    const Held<GVariant> reply(g_dbus_connection_call_sync(bus.get(), kApplicationId.data(),
+    Held<GVariant> results(g_dbus_connection_call_sync(bus.get(), kApplicationId.data(),
         kWindowPath.data(), method.interface.data(), method.name, held.get(), nullptr, flags,
         kTimeOutMs, nullptr, &error));
     const Held<GError> failure(error);
-    return failure ? replyFor(*failure) : WindowReply::Done;
+    if (failure) {
+        return {replyFor(*failure), nullptr, complaintIn(*failure)};
+    }
+    return {WindowReply::Done, std::move(results), QString()};
+}
+
+WindowReply call(Method method, GVariant *arguments, WindowStart start)
+{
+    return ask(method, arguments, start).reply;
 }
 
 GVariant *textVariant(const QString &text)
@@ -164,6 +186,21 @@ WindowReply selectInWindow(const QUuid &action, const ActivationContext &context
     GVariant *arguments = g_variant_new("(s@av@a{sv})", kSelectAction.data(),
         g_variant_builder_end(&parameters), platformData(context));
     return call({kApplicationInterface, "ActivateAction"}, arguments, start);
+}
+
+ImportReply importInWindow(const QByteArray &json)
+{
+    const CallOutcome outcome = ask(
+        {kWindowInterface, "Import"}, g_variant_new("(s)", json.constData()), WindowStart::Never);
+    if (!outcome.results) {
+        return {outcome.reply, outcome.complaint};
+    }
+    if (!g_variant_is_of_type(outcome.results.get(), G_VARIANT_TYPE("(s)"))) {
+        return {WindowReply::Failed, QString()};
+    }
+    const char *summary = nullptr;
+    g_variant_get(outcome.results.get(), "(&s)", &summary);
+    return {WindowReply::Done, QString::fromUtf8(summary)};
 }
 
 WindowReply copyInWindow(const CopiedThing &thing)

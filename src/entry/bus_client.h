@@ -7,6 +7,7 @@
 
 #include "intake/copied_thing.h"
 
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 #include <QUuid>
@@ -53,6 +54,16 @@ struct ActivationContext
 // Has the window select an action and come to the front.
 [[nodiscard]] WindowReply selectInWindow(
     const QUuid &action, const ActivationContext &context, WindowStart start);
+
+// What came of an import: its summary where it is done, a sentence where the window refused it.
+struct ImportReply
+{
+    WindowReply reply = WindowReply::NoBus;
+    QString text;
+};
+
+// Has a running window take the actions of an exported file over.
+[[nodiscard]] ImportReply importInWindow(const QByteArray &json);
 
 // Has a running window copy something.
 [[nodiscard]] WindowReply copyInWindow(const CopiedThing &thing);

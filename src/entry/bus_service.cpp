@@ -84,6 +84,17 @@ void WindowAdaptor::Copy(const QString &type, const QByteArray &bytes, const QDB
     m_bus.send(message.createErrorReply(QDBusError::InvalidArgs, u"No such type is copied."_s));
 }
 
+QString WindowAdaptor::Import(const QString &json, const QDBusMessage &message)
+{
+    message.setDelayedReply(true);
+    m_requests.import(json.toUtf8(), [bus = m_bus, message](const ImportAnswer &given) {
+        bus.send(given.outcome == ImportAnswer::Outcome::Imported
+                ? message.createReply(given.text)
+                : message.createErrorReply(u"com.tolmar.velarc.Error.Import"_s, given.text));
+    });
+    return {};
+}
+
 BusService::BusService(QDBusConnection bus, WindowRequests &requests) : m_bus(std::move(bus))
 {
     new ApplicationAdaptor(&m_object, requests); // each is its parent's

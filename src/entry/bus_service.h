@@ -48,6 +48,10 @@ public Q_SLOTS:
     // Puts bytes on the clipboard: "text/plain;charset=utf-8" or "image/png".
     void Copy(const QString &type, const QByteArray &bytes, const QDBusMessage &message);
 
+    // Takes the actions of an exported file over; answers with the summary, or with the sentence
+    // why nothing was.
+    QString Import(const QString &json, const QDBusMessage &message);
+
 private:
     QDBusConnection m_bus;
     WindowRequests &m_requests;

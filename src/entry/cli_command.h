@@ -30,6 +30,26 @@ struct RunCommand
     QString outputFile; // gets the result's bytes; "-" is standard output, "" none
 };
 
+// Writes actions in their stored form.
+struct ExportCommand
+{
+    std::optional<QString> action; // a UUID or a title; none: the whole library
+    QString outputFile; // "-" is standard output
+};
+
+enum class ImportMode
+{
+    Perform,
+    DryRun // only tells what it would do
+};
+
+// Takes actions over from a file.
+struct ImportCommand
+{
+    QString file; // "-" is standard input
+    ImportMode mode = ImportMode::Perform;
+};
+
 // Answers the desktop until nobody asks any more.
 struct ServeCommand
 {
@@ -48,8 +68,8 @@ struct UsageError
     QString message;
 };
 
-using CliCommand =
-    std::variant<ListCommand, RunCommand, ServeCommand, HelpCommand, VersionCommand, UsageError>;
+using CliCommand = std::variant<ListCommand, RunCommand, ExportCommand, ImportCommand, ServeCommand,
+    HelpCommand, VersionCommand, UsageError>;
 
 // Reads the arguments behind the program's name. "--" ends the options, "-" as the text stands for
 // standard input.

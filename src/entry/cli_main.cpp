@@ -3,6 +3,7 @@
 #include "base/errors.h"
 #include "entry/cli_programs.h"
 #include "entry/interruption.h"
+#include "entry/local_instance.h"
 #include "entry/process_hardening.h"
 #include "entry/service_program.h"
 #include "entry/session.h"
@@ -60,6 +61,18 @@ QCoro::Task<bool> serve(std::shared_ptr<TaskScope> scope, std::stop_token stop)
         QDBusConnection::sessionBus(), std::move(parts), kServiceIdleTime, std::move(stop));
 }
 
+// A window that no bus leads to would write over what is imported beside it.
+ImportReply handImportOver(const QByteArray &json)
+{
+    const ImportReply reply = importInWindow(json);
+    if (reply.reply == WindowReply::NoBus && hasLocalWindow()) {
+        return {WindowReply::Failed,
+            QStringLiteral("The window is open, and there is no session bus to hand actions to it. "
+                           "Import them in its library, or close it first.")};
+    }
+    return reply;
+}
+
 struct CliProcess
 {
     std::shared_ptr<TaskScope> scope;
@@ -94,6 +107,7 @@ CliSurroundings surroundingsOf(const CliProcess &process)
         return copyPending(copied, std::move(stop));
     };
     surroundings.serve = [scope](std::stop_token stop) { return serve(scope, std::move(stop)); };
+    surroundings.importInWindow = &handImportOver;
     surroundings.out = stdout;
     surroundings.err = stderr;
     surroundings.version = QStringLiteral(VELARC_VERSION);

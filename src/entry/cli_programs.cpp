@@ -3,10 +3,10 @@
 #include "base/errors.h"
 #include "base/json.h"
 #include "base/uuid.h"
-#include "entry/action_lookup.h"
+#include "entry/cli_answer.h"
 #include "entry/cli_output.h"
+#include "entry/cli_transfer.h"
 
-#include <cerrno>
 #include <utility>
 
 namespace velarc {
@@ -17,75 +17,6 @@ namespace {
 
 const QString kStandardOutput = u"-"_s;
 
-// False if the other side takes no more.
-bool write(FILE *stream, const QByteArray &bytes)
-{
-    const auto size = static_cast<std::size_t>(bytes.size());
-    return std::fwrite(bytes.constData(), 1, size, stream) == size && std::fflush(stream) == 0;
-}
-
-// Writes `text` with one line feed behind it.
-bool writeLine(FILE *stream, const QString &text)
-{
-    QByteArray utf8 = text.toUtf8();
-    while (utf8.endsWith('\n')) {
-        utf8.chop(1);
-    }
-    return write(stream, utf8.append('\n'));
-}
-
-void say(const CliSurroundings &surroundings, const QString &sentence)
-{
-    writeLine(surroundings.err, u"velarc-cli: "_s + sentence);
-}
-
-CliExit complain(const CliSurroundings &surroundings, const QString &sentence, CliExit exit)
-{
-    say(surroundings, sentence);
-    return exit;
-}
-
-CliExit unwritten(const CliSurroundings &surroundings)
-{
-    if (errno == EPIPE && !surroundings.isClosedPipeTold) {
-        return CliExit::ClosedPipe;
-    }
-    return complain(surroundings, u"the answer could not be written."_s, CliExit::RunFailed);
-}
-
-CliExit answer(const CliSurroundings &surroundings, const QString &text, CliExit exit)
-{
-    return writeLine(surroundings.out, text) ? exit : unwritten(surroundings);
-}
-
-// A title that holds a line feed or a tab must not look like another line or column.
-QString inOneCell(QString title)
-{
-    for (QChar &character : title) {
-        if (character.category() == QChar::Other_Control) {
-            character = u' ';
-        }
-    }
-    return title;
-}
-
-QString listing(const QList<VelarcActionEntity> &entities, AnswerForm form)
-{
-    if (form == AnswerForm::Json) {
-        Json array = Json::array();
-        for (const VelarcActionEntity &entity : entities) {
-            array.push_back(
-                {{"id", jsonFromText(uuidText(entity.id))}, {"title", jsonFromText(entity.title)}});
-        }
-        return QString::fromUtf8(writeJson(array));
-    }
-    QStringList lines;
-    for (const VelarcActionEntity &entity : entities) {
-        lines.append(uuidText(entity.id) + u'\t' + inOneCell(entity.title));
-    }
-    return lines.join(u'\n');
-}
-
 CliExit list(const CliSurroundings &surroundings, AnswerForm form)
 {
     const QList<VelarcActionEntity> entities = suggestedEntities(*surroundings.openStore());
@@ -93,12 +24,6 @@ CliExit list(const CliSurroundings &surroundings, AnswerForm form)
         return CliExit::Done;
     }
     return answer(surroundings, listing(entities, form), CliExit::Done);
-}
-
-QString ambiguity(const QString &typed, const AmbiguousAction &ambiguous)
-{
-    return u"Several actions are called \""_s + typed + u"\". Name one by its identifier:\n"_s
-        + listing(ambiguous.candidates, AnswerForm::Lines);
 }
 
 // The text to run on; none where there is neither an argument nor anything piped in.
@@ -186,16 +111,9 @@ std::optional<QString> obstacleOf(const RunCommand &command)
 
 QCoro::Task<CliExit> run(RunCommand command, CliSurroundings surroundings, std::stop_token stop)
 {
-    const ActionLookup lookup =
-        lookUpAction(suggestedEntities(*surroundings.openStore()), command.action);
-    if (std::holds_alternative<NoSuchAction>(lookup)) {
-        co_return complain(surroundings,
-            u"No action is called \""_s + command.action
-                + u"\". \"velarc-cli actions\" lists them."_s,
-            CliExit::Usage);
-    }
-    if (const auto *ambiguous = std::get_if<AmbiguousAction>(&lookup)) {
-        co_return complain(surroundings, ambiguity(command.action, *ambiguous), CliExit::Usage);
+    const FoundAction found = findAction(command.action, surroundings);
+    if (!found.id) {
+        co_return complain(surroundings, found.complaint, CliExit::Usage);
     }
     if (const auto obstacle = obstacleOf(command)) {
         co_return complain(surroundings, *obstacle, CliExit::Usage);
@@ -205,8 +123,8 @@ QCoro::Task<CliExit> run(RunCommand command, CliSurroundings surroundings, std::
         co_return complain(surroundings,
             u"There is no input. Give a text behind the action, or pipe one in."_s, CliExit::Usage);
     }
-    co_return co_await runAction(std::get<QUuid>(lookup), *std::move(input), std::move(command),
-        std::move(surroundings), std::move(stop));
+    co_return co_await runAction(
+        *found.id, *std::move(input), std::move(command), std::move(surroundings), std::move(stop));
 }
 
 QCoro::Task<CliExit> serve(CliSurroundings surroundings, std::stop_token stop)
@@ -228,6 +146,12 @@ QCoro::Task<CliExit> performCliCommand(
     }
     if (const auto *runCommand = std::get_if<RunCommand>(&command)) {
         co_return co_await run(*runCommand, std::move(surroundings), std::move(stop));
+    }
+    if (const auto *exportCommand = std::get_if<ExportCommand>(&command)) {
+        co_return exportActions(*exportCommand, surroundings);
+    }
+    if (const auto *importCommand = std::get_if<ImportCommand>(&command)) {
+        co_return co_await importActions(*importCommand, std::move(surroundings), std::move(stop));
     }
     if (std::holds_alternative<ServeCommand>(command)) {
         co_return co_await serve(std::move(surroundings), std::move(stop));

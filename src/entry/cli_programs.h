@@ -5,6 +5,7 @@
 // Standard output gets the answer and nothing else; everything said about a failure goes to
 // standard error. Texts are written as UTF-8, and an answer ends in one line feed.
 
+#include "entry/bus_client.h"
 #include "entry/cli_command.h"
 #include "entry/copying.h"
 #include "entry/intent.h"
@@ -15,6 +16,9 @@
 #include <functional>
 
 namespace velarc {
+
+// Hands an exported file to the window that is open, if one is.
+using ImportInWindow = std::function<ImportReply(const QByteArray &)>;
 
 // Answers the bus until nobody asks any more; false if there is no bus, or another process serves.
 using Serve = std::function<QCoro::Task<bool>(std::stop_token)>;
@@ -37,6 +41,7 @@ struct CliSurroundings
     std::function<QByteArray()> readStandardInput; // to its end; CancellationError
     FinishCopying finishCopying;
     Serve serve;
+    ImportInWindow importInWindow; // on a thread of its own
     FILE *out = nullptr;
     FILE *err = nullptr;
     QString version;

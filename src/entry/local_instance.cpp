@@ -26,7 +26,6 @@ namespace {
 constexpr qsizetype kLongestLine = 1024 * 1024;
 constexpr std::chrono::milliseconds kSilentPeerTime = 5s;
 constexpr std::chrono::milliseconds kAnswerTime = 25s;
-constexpr std::chrono::milliseconds kRetryPause = 20ms;
 constexpr QByteArrayView kTaken = "taken\n";
 
 QString runtimePath(const QString &name)
@@ -88,23 +87,23 @@ public:
         return true;
     }
 
-    // Whether that is what comes back.
-    [[nodiscard]] bool answers(QByteArrayView expected) const
+    // What the answer tells.
+    [[nodiscard]] HandOver answer() const
     {
         QByteArray came;
-        while (came.size() < expected.size()) {
+        while (came.size() < kTaken.size()) {
             char buffer[16];
             pollfd end{m_descriptor, POLLIN, 0};
             if (::poll(&end, 1, static_cast<int>(kAnswerTime.count())) <= 0) {
-                return false;
+                return HandOver::NotAnswered;
             }
             const ssize_t count = ::recv(m_descriptor, buffer, sizeof buffer, 0);
             if (count <= 0) {
-                return false;
+                return HandOver::NobodyThere;
             }
             came.append(buffer, count);
         }
-        return came == expected;
+        return came == kTaken ? HandOver::Done : HandOver::NotAnswered;
     }
 
 private:
@@ -112,6 +111,16 @@ private:
 };
 
 } // namespace
+
+bool hasLocalWindow()
+{
+    qint64 process = 0;
+    QString host;
+    QString program;
+    const QLockFile lock(lockPath());
+    return lock.getLockInfo(&process, &host, &program)
+        && QFile::exists(u"/proc/%1/exe"_s.arg(process)); // one that has ended has none any more
+}
 
 QByteArray encodeStartRequest(const StartRequest &request)
 {
@@ -184,20 +193,13 @@ void LocalInstance::read(QLocalSocket *socket)
     }
 }
 
-HandOver handOverLocally(const StartRequest &request, std::chrono::milliseconds patience)
+HandOver handOverLocally(const StartRequest &request)
 {
-    const auto deadline = std::chrono::steady_clock::now() + patience;
-    for (;;) {
-        const Peer peer;
-        if (peer.connect(socketPath())) {
-            const bool isTaken = peer.send(encodeStartRequest(request)) && peer.answers(kTaken);
-            return isTaken ? HandOver::Done : HandOver::NotAnswered;
-        }
-        if (std::chrono::steady_clock::now() >= deadline) {
-            return HandOver::NobodyThere;
-        }
-        ::poll(nullptr, 0, static_cast<int>(kRetryPause.count()));
+    const Peer peer;
+    if (!peer.connect(socketPath()) || !peer.send(encodeStartRequest(request))) {
+        return HandOver::NobodyThere;
     }
+    return peer.answer();
 }
 
 } // namespace velarc

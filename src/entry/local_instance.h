@@ -8,8 +8,6 @@
 #include <QLocalServer>
 #include <QLockFile>
 
-#include <chrono>
-
 class QLocalSocket;
 
 namespace velarc {
@@ -49,10 +47,12 @@ private:
     QLocalServer m_server;
 };
 
-// Hands a start over to the process that listens on the socket. One that has the lock but does not
-// listen yet is waited for, `patience` at most. Any thread, without an application object too.
-[[nodiscard]] HandOver handOverLocally(
-    const StartRequest &request, std::chrono::milliseconds patience);
+// Hands a start over to the process that listens on the socket. One that hangs up without an answer
+// is leaving, and counts as gone. Any thread, without an application object too.
+[[nodiscard]] HandOver handOverLocally(const StartRequest &request);
+
+// Whether a process that lives holds the lock. Any thread.
+[[nodiscard]] bool hasLocalWindow();
 
 // The line that goes over the socket. Errors: JsonError.
 [[nodiscard]] QByteArray encodeStartRequest(const StartRequest &request);

@@ -2,11 +2,19 @@
 
 #include "entry/session.h"
 
+#include <poll.h>
+
 #include <utility>
 
 namespace velarc {
 
-HandOver handOver(const StartRequest &request, std::chrono::milliseconds patience)
+namespace {
+
+constexpr std::chrono::milliseconds kRetryPause{20};
+
+} // namespace
+
+HandOver handOver(const StartRequest &request)
 {
     const WindowReply reply = request.addresses.isEmpty()
         ? activateWindow(request.context, WindowStart::Never)
@@ -17,7 +25,7 @@ HandOver handOver(const StartRequest &request, std::chrono::milliseconds patienc
     case WindowReply::NoWindow:
         return HandOver::NobodyThere;
     case WindowReply::NoBus:
-        return handOverLocally(request, patience);
+        return handOverLocally(request);
     case WindowReply::Failed:
         return HandOver::NotAnswered;
     }
@@ -30,6 +38,8 @@ SingleInstance::~SingleInstance() = default;
 
 bool SingleInstance::claim()
 {
+    m_local.reset();
+    m_bus.reset();
     if (hasSessionBus()) {
         m_bus = std::make_unique<BusService>(QDBusConnection::sessionBus(), m_requests);
         const BusService::Claim claim = m_bus->claim();
@@ -40,6 +50,23 @@ bool SingleInstance::claim()
     }
     m_local = std::make_unique<LocalInstance>(m_requests);
     return m_local->claim();
+}
+
+Standing SingleInstance::claimOrHandOver(
+    const StartRequest &request, std::chrono::milliseconds patience)
+{
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    while (!claim()) {
+        const HandOver outcome = handOver(request);
+        if (outcome == HandOver::Done) {
+            return Standing::HandedOver;
+        }
+        if (outcome == HandOver::NotAnswered || std::chrono::steady_clock::now() >= deadline) {
+            return Standing::NotAnswered;
+        }
+        ::poll(nullptr, 0, static_cast<int>(kRetryPause.count()));
+    }
+    return Standing::HasTheWindow;
 }
 
 } // namespace velarc

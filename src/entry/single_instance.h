@@ -13,10 +13,16 @@ namespace velarc {
 // Hands a start over to the window that runs, over the session bus or, without one, over the
 // socket.
 //
-// Any thread, without an application object too: a second start need not load one. A window that is
-// only starting is waited for, `patience` at most.
-[[nodiscard]] HandOver handOver(
-    const StartRequest &request, std::chrono::milliseconds patience = {});
+// Any thread, without an application object too: a second start need not load one.
+[[nodiscard]] HandOver handOver(const StartRequest &request);
+
+// What becomes of a start.
+enum class Standing
+{
+    HasTheWindow,
+    HandedOver,
+    NotAnswered, // somebody has the window, but does not take it
+};
 
 // Main thread only, over an application object.
 class SingleInstance
@@ -27,6 +33,12 @@ public:
 
     // Whether this process has the window from now on. Of several that ask at once one has.
     [[nodiscard]] bool claim();
+
+    // Claims the window or hands the start over to the one that has it. One that has it but does
+    // not listen is only starting, or just leaving: both are over in a moment, so both are tried
+    // again, for `patience` at most.
+    [[nodiscard]] Standing claimOrHandOver(
+        const StartRequest &request, std::chrono::milliseconds patience);
 
     [[nodiscard]] WindowRequests &requests() { return m_requests; }
 

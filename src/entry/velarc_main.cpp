@@ -23,8 +23,8 @@ constexpr int kDone = 0;
 constexpr int kFailed = 1;
 constexpr int kUsage = 2;
 
-// For a start that came first by a moment and does not listen yet.
-constexpr std::chrono::milliseconds kStartingWindowTime = 10s;
+// For a start that came first by a moment and does not listen yet, or a window that just closes.
+constexpr std::chrono::milliseconds kSettlingTime = 10s;
 
 // The bus asks within a moment, or not at all.
 constexpr std::chrono::milliseconds kServiceWaitTime = 10s;
@@ -50,18 +50,9 @@ int complain(const QString &sentence, int status)
     return print(stderr, u"velarc: "_s + sentence + u'\n', status);
 }
 
-// The status with which a start ends that has not the window; none if it is to have it.
-std::optional<int> statusAfter(HandOver handOver)
+int complainOfNoAnswer()
 {
-    switch (handOver) {
-    case HandOver::Done:
-        return kDone;
-    case HandOver::NobodyThere:
-        return std::nullopt;
-    case HandOver::NotAnswered:
-        return complain(u"Velarc runs already, but does not answer."_s, kFailed);
-    }
-    Q_UNREACHABLE();
+    return complain(u"Velarc runs already, but does not answer."_s, kFailed);
 }
 
 // `request` is none where the bus will tell what is asked for.
@@ -84,10 +75,13 @@ int runWindow(int &argc, char **argv, const std::optional<StartRequest> &request
     // the window and the runs, then the display, which hands what was copied over to the desktop.
     WindowProgram program;
     SingleInstance instance(program.handlers());
-    if (!instance.claim()) {
-        const HandOver handedOver = handOver(request.value_or(StartRequest()), kStartingWindowTime);
-        const auto status = statusAfter(handedOver);
-        return status ? *status : complain(u"Velarc runs already, but does not listen."_s, kFailed);
+    switch (instance.claimOrHandOver(request.value_or(StartRequest()), kSettlingTime)) {
+    case Standing::HasTheWindow:
+        break;
+    case Standing::HandedOver:
+        return kDone;
+    case Standing::NotAnswered:
+        return complainOfNoAnswer();
     }
     program.start();
     if (request) {
@@ -127,8 +121,13 @@ int main(int argc, char **argv)
         return runWindow(argc, argv, std::nullopt);
     }
     const StartRequest request{std::get<ShowWindow>(command).addresses, ActivationContext::taken()};
-    if (const auto status = statusAfter(handOver(request))) {
-        return *status;
+    switch (handOver(request)) {
+    case HandOver::Done:
+        return kDone;
+    case HandOver::NobodyThere:
+        return runWindow(argc, argv, request);
+    case HandOver::NotAnswered:
+        return complainOfNoAnswer();
     }
-    return runWindow(argc, argv, request);
+    Q_UNREACHABLE();
 }

@@ -1,6 +1,7 @@
 #include "entry/window_program.h"
 
 #include "entry/desktop_services.h"
+#include "entry/window_import.h"
 
 #include <QGuiApplication>
 
@@ -15,6 +16,9 @@ WindowHandlers WindowProgram::handlers()
     handlers.openUrl = [this](const QUrl &url) { m_app->viewModel().handleOpenURL(url); };
     handlers.selectAction = [this](const QUuid &id) { selectAction(id); };
     handlers.copy = [this](const CopiedThing &thing) { copy(thing); };
+    handlers.import = [this](const QByteArray &json, const TakeImportAnswer &answer) {
+        static_cast<void>(importActions(&m_app->viewModel(), json, answer)); // ends with the scope
+    };
     return handlers;
 }
 

@@ -15,6 +15,22 @@
 
 namespace velarc {
 
+// What came of an import.
+struct ImportAnswer
+{
+    enum class Outcome
+    {
+        Imported,
+        Refused,
+    };
+
+    Outcome outcome = Outcome::Imported;
+    QString text; // a summary, or the sentence why not
+
+    friend bool operator==(const ImportAnswer &, const ImportAnswer &) = default;
+};
+using TakeImportAnswer = std::function<void(const ImportAnswer &)>;
+
 // What the window can be asked for. Each is called from the event loop, never inside a call of the
 // bus.
 struct WindowHandlers
@@ -23,6 +39,8 @@ struct WindowHandlers
     std::function<void(const QUrl &)> openUrl;
     std::function<void(const QUuid &)> selectAction;
     std::function<void(const CopiedThing &)> copy; // at once: the caller is told when it is done
+    // Takes actions over, and answers later.
+    std::function<void(const QByteArray &, const TakeImportAnswer &)> import = nullptr;
 };
 
 // Addresses that mean the same are opened once a turn of the event loop, those of another scheme
@@ -39,6 +57,10 @@ public:
     void open(const QStringList &addresses, const ActivationContext &context);
     void select(const QUuid &action, const ActivationContext &context);
     void copy(const CopiedThing &thing) { m_handlers.copy(thing); }
+    void import(const QByteArray &json, const TakeImportAnswer &answer)
+    {
+        m_handlers.import(json, answer);
+    }
 
     // Whether anybody has asked for the window yet.
     [[nodiscard]] bool wasAskedFor() const { return m_wasAskedFor; }

@@ -5,7 +5,6 @@
 #include "base/uuid.h"
 #include "records/run_errors.h"
 
-#include <QDir>
 #include <QUuid>
 
 namespace velarc {
@@ -30,10 +29,15 @@ namespace {
 constexpr qsizetype kLongestName = 255;
 constexpr qsizetype kShortUuidLength = 8;
 
+// What the helper is told of a title. It runs off the page long before, and the system takes no
+// argument of 128 KiB.
+constexpr qsizetype kLongestTitle = 30'000;
+
 // The longest beginning of `text` of whole characters that takes no more than `limit` bytes.
 QString cutToBytes(const QString &text, qsizetype limit)
 {
-    QStringView kept = text;
+    // A unit takes a byte at least. One unit more than fits: the character that is cut here goes.
+    QStringView kept = QStringView(text).left(limit + 1);
     while (kept.toUtf8().size() > limit) {
         kept = characterPrefix(kept, characterCount(kept) - 1);
     }
@@ -47,7 +51,8 @@ QCoro::Task<QByteArray> renderPDF(
         return isBlank(text) ? QByteArrayLiteral("No content.") : text.toUtf8();
     };
     QByteArray body = co_await members->files.run(std::move(encode), stop);
-    DocumentJob job{{u"text-pdf"_s, u"--title"_s, title}, std::move(body), {members->bound}};
+    DocumentJob job{{u"text-pdf"_s, u"--title"_s, title.left(kLongestTitle)}, std::move(body),
+        {members->bound}};
     const DocumentOutcome outcome = co_await members->process.run(std::move(job), stop);
     if (outcome.end != DocumentEnd::Done || outcome.output.isEmpty()) {
         throw PDFExportServiceError::contextUnavailable();
@@ -60,7 +65,7 @@ QCoro::Task<QUrl> writePDF(
 {
     const QString shown = isBlank(title) ? u"Velarc Result"_s : trimmed(title).toString();
     QByteArray bytes = co_await renderPDF(members, std::move(text), shown, stop);
-    const QString path = QDir(QDir::tempPath()).filePath(pdfFileName(shown, newUuid()));
+    const QString path = temporaryFilePath(pdfFileName(shown, newUuid()));
     auto write = [path, bytes = std::move(bytes)](
                      const std::stop_token &) { return writeNewPrivateFile(path, bytes); };
     const bool isWritten = co_await members->files.run(std::move(write), stop);

@@ -5,8 +5,6 @@
 #include "base/uuid.h"
 #include "run/app_state.h"
 
-#include <QDir>
-
 #include <utility>
 
 namespace velarc {
@@ -151,13 +149,9 @@ QCoro::Task<void> clearToastLater(MembersHandle members, QUuid toastID, std::sto
     }
 }
 
-// Empty where there is no temporary directory.
 QString newShareFile(const QString &stem, const QString &extension)
 {
-    const QString folder = QDir::tempPath();
-    return folder.isEmpty()
-        ? QString()
-        : QDir(folder).filePath(stem + uuidText(newUuid()).left(kShortUuidLength) + extension);
+    return temporaryFilePath(stem + uuidText(newUuid()).left(kShortUuidLength) + extension);
 }
 
 QCoro::Task<std::optional<QUrl>> writeShareFile(

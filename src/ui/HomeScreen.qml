@@ -76,7 +76,8 @@ FocusScope {
 
         Loader {
             width: parent.width
-            sourceComponent: [inputPhase, processingPhase, outputPhase][home.presenter.phase]
+            // The files of the later phases are not read at the start.
+            source: ["InputView.qml", "ProcessingView.qml", "OutputView.qml"][home.presenter.phase]
         }
     }
 
@@ -93,6 +94,7 @@ FocusScope {
             id: noteText
 
             width: parent.width
+            visible: text !== ""
             style: Label.Caption
             secondary: true
             text: home.presenter.statusNote
@@ -106,23 +108,5 @@ FocusScope {
         anchors.bottom: parent.bottom
         anchors.bottomMargin: 48
         text: home.presenter.toast
-    }
-
-    Component {
-        id: inputPhase
-
-        InputView {}
-    }
-
-    Component {
-        id: processingPhase
-
-        ProcessingView {}
-    }
-
-    Component {
-        id: outputPhase
-
-        OutputView {}
     }
 }

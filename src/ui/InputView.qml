@@ -14,14 +14,18 @@ Column {
         visible: view.presenter.isNewRunExperience
     }
 
-    ConnectionBanner {
+    Loader {
         width: parent.width
-        visible: view.presenter.isNewRunExperience && view.presenter.suggestedEngine !== ""
+        active: view.presenter.isNewRunExperience && view.presenter.suggestedEngine !== ""
+        visible: active
+        source: "ConnectionBanner.qml"
     }
 
-    PinnedActionStrip {
+    Loader {
         width: parent.width
-        visible: !view.presenter.isNewRunExperience
+        active: !view.presenter.isNewRunExperience
+        visible: active
+        source: "PinnedActionStrip.qml"
     }
 
     InputCard {

@@ -23,8 +23,6 @@ Window {
 
     Loader {
         active: Screens.shell.isSettingsPresented
-        sourceComponent: SettingsWindow {
-            visible: true
-        }
+        source: "SettingsWindow.qml"
     }
 }

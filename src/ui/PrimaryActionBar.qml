@@ -26,9 +26,7 @@ Row {
 
     SheetSlot {
         presented: bar.isAutomationSheetPresented
-        sheet: Component {
-            AutomationSheet {}
-        }
+        sheet: "AutomationSheet"
         onDismissed: bar.isAutomationSheetPresented = false
     }
 }

@@ -10,6 +10,7 @@ Window {
     height: 680
     minimumWidth: 760
     minimumHeight: 620
+    visible: true
     title: "Settings"
     color: Theme.sheetGround
     onClosing: Screens.shell.isSettingsPresented = false

@@ -55,9 +55,7 @@ Button {
 
     SheetSlot {
         presented: Screens.share.isSaveSheetPresented
-        sheet: Component {
-            SaveSheet {}
-        }
+        sheet: "SaveSheet"
         onDismissed: Screens.share.isSaveSheetPresented = false
     }
 }

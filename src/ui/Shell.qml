@@ -69,57 +69,43 @@ FocusScope {
 
     SheetSlot {
         presented: shell.presenter.isMoreSheetPresented
-        sheet: Component {
-            MoreSheet {}
-        }
+        sheet: "MoreSheet"
         onDismissed: shell.presenter.isMoreSheetPresented = false
     }
 
     SheetSlot {
         presented: shell.presenter.isStudioPresented
-        sheet: Component {
-            ActionStudio {}
-        }
+        sheet: "ActionStudio"
         onDismissed: shell.presenter.isStudioPresented = false
     }
 
     SheetSlot {
         presented: shell.presenter.isInputModalPresented
-        sheet: Component {
-            InputModal {}
-        }
+        sheet: "InputModal"
         onDismissed: Screens.canvas.dismissInputModal()
     }
 
     SheetSlot {
         presented: shell.presenter.isActionLibraryPresented
-        sheet: Component {
-            ActionLibrarySheet {}
-        }
+        sheet: "ActionLibrarySheet"
         onDismissed: shell.presenter.isActionLibraryPresented = false
     }
 
     SheetSlot {
         presented: shell.presenter.isEngineRoomPresented
-        sheet: Component {
-            EngineRoomSheet {}
-        }
+        sheet: "EngineRoomSheet"
         onDismissed: shell.presenter.isEngineRoomPresented = false
     }
 
     SheetSlot {
         presented: shell.presenter.isUsagePresented
-        sheet: Component {
-            UsageSheet {}
-        }
+        sheet: "UsageSheet"
         onDismissed: shell.presenter.isUsagePresented = false
     }
 
     SheetSlot {
         presented: shell.presenter.isProviderConnectPresented
-        sheet: Component {
-            ProviderConnectSheet {}
-        }
+        sheet: "ProviderConnectSheet"
         onDismissed: shell.presenter.isProviderConnectPresented = false
     }
 }

@@ -50,21 +50,21 @@ void EditedText::setText(const QString &text)
     Q_EMIT textChanged();
 }
 
-bool EditedText::pasteIfLong(int selectionStart, int selectionEnd)
+QString EditedText::paste(int selectionStart, int selectionEnd)
 {
     const QMimeData *content = QGuiApplication::clipboard()->mimeData();
     if (content == nullptr || !content->hasText()) {
-        return false;
+        return {};
     }
-    const QString pasted = content->text();
+    QString pasted = content->text();
     QString text = m_text;
     text.replace(selectionStart, selectionEnd - selectionStart, pasted);
     if (!exceeds(text, kShort)) {
-        return false;
+        return pasted;
     }
     m_caret = selectionStart + static_cast<int>(pasted.size());
     setText(text);
-    return true;
+    return {};
 }
 
 } // namespace velarc

@@ -28,9 +28,9 @@ public:
     // The user changed it. A binding of `text` stays.
     Q_INVOKABLE void edit(const QString &text) { setText(text); }
 
-    // Replaces a part of the text by the clipboard's if that makes it long, and says whether it
-    // did.
-    Q_INVOKABLE bool pasteIfLong(int selectionStart, int selectionEnd);
+    // Replaces a part of the text by the clipboard's if that makes it long; else gives what a short
+    // editor is to insert. The clipboard is read once: a second reading may come to another text.
+    Q_INVOKABLE QString paste(int selectionStart, int selectionEnd);
 
 Q_SIGNALS:
     void textChanged();

@@ -25,20 +25,26 @@ QString focusedWindow()
         : QString();
 }
 
+// The bus takes no such character.
+QString withoutNull(QString text)
+{
+    return text.remove(QChar(u'\0'));
+}
+
 QDBusMessage callFor(const FileWish &wish, const QString &token)
 {
     const bool saves = wish.purpose == FileWish::Purpose::Save;
     QDBusMessage message = QDBusMessage::createMethodCall(u"org.freedesktop.portal.Desktop"_s,
         u"/org/freedesktop/portal/desktop"_s, u"org.freedesktop.portal.FileChooser"_s,
         saves ? u"SaveFile"_s : u"OpenFile"_s);
-    QVariantMap options{
-        {u"handle_token"_s, token}, {u"accept_label"_s, wish.acceptLabel}, {u"modal"_s, true}};
+    QVariantMap options{{u"handle_token"_s, token},
+        {u"accept_label"_s, withoutNull(wish.acceptLabel)}, {u"modal"_s, true}};
     if (saves) {
-        options.insert(u"current_name"_s, wish.suggestedName);
+        options.insert(u"current_name"_s, withoutNull(wish.suggestedName));
         // A file name of bytes that end with a zero.
         options.insert(u"current_folder"_s, QFile::encodeName(QDir::homePath()) + '\0');
     }
-    message.setArguments({focusedWindow(), wish.title, options});
+    message.setArguments({focusedWindow(), withoutNull(wish.title), options});
     return message;
 }
 

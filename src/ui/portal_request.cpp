@@ -24,8 +24,11 @@ QString requestPath(const QDBusConnection &bus, const QString &token)
 } // namespace
 
 PortalRequest::PortalRequest(const QDBusConnection &bus)
-    : m_bus(bus), m_token(u"velarc"_s + QUuid::createUuid().toString(QUuid::Id128))
+    : m_bus(bus)
+    , m_watcher(kPortal, bus, QDBusServiceWatcher::WatchForUnregistration)
+    , m_token(u"velarc"_s + QUuid::createUuid().toString(QUuid::Id128))
 {
+    connect(&m_watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] { m_done.fire(); });
     // Before the call: the answer may come before its reply.
     follow(requestPath(m_bus, m_token));
 }

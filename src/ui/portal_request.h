@@ -8,6 +8,7 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusServiceWatcher>
 #include <QObject>
 
 #include <optional>
@@ -33,7 +34,7 @@ public:
     [[nodiscard]] const QString &token() const { return m_token; }
 
     // Calls a method of the portal; done() fires once `answer` is there. Without an answer the
-    // portal has none to give.
+    // portal has none to give: it refused the call, went, or is not there.
     void call(const QDBusMessage &message);
     [[nodiscard]] Wakeup &done() { return m_done; }
     [[nodiscard]] const std::optional<PortalAnswer> &answer() const { return m_answer; }
@@ -46,6 +47,7 @@ private Q_SLOTS:
 
 private:
     QDBusConnection m_bus;
+    QDBusServiceWatcher m_watcher;
     QString m_token;
     QString m_path; // of the request object
     Wakeup m_done;

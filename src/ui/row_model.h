@@ -56,11 +56,12 @@ public:
         const auto [oldEnd, newEnd] =
             std::mismatch(m_rows.cbegin(), m_rows.cend(), rows.cbegin(), rows.cend(), sameKey);
         const auto head = static_cast<int>(oldEnd - m_rows.cbegin());
-        const auto longest = std::min(m_rows.size(), rows.size()) - head;
-        const auto tail = static_cast<int>(
-            std::mismatch(m_rows.crbegin(), m_rows.crbegin() + longest, rows.crbegin(), sameKey)
-                .first
-            - m_rows.crbegin());
+        const qsizetype longest = std::min(m_rows.size(), rows.size()) - head;
+        int tail = 0;
+        while (tail < longest
+            && sameKey(m_rows.at(m_rows.size() - 1 - tail), rows.at(rows.size() - 1 - tail))) {
+            ++tail;
+        }
         const auto oldCount = static_cast<int>(m_rows.size());
         replaceBetween(head, tail, rows);
         showChanges(rows, 0, head);

@@ -243,12 +243,7 @@ void TransferPresenter::confirmImport()
     if (m_stage != Previewing || !canImport()) {
         return;
     }
-    QList<AIAction> taken;
-    for (const ImportStep &step : std::as_const(m_steps)) {
-        if (step.change != ImportChange::KeepsAsItIs) {
-            taken.append(step.action);
-        }
-    }
+    const QList<AIAction> taken = changedActions(m_steps);
     const QString summary = previewSummary();
     cancel();
     m_viewModel.library().importActions(taken);

@@ -72,7 +72,8 @@ TEST(ActionFiles, refusalsAreSentencesThatSayWhy)
 {
     const QString noJson = u"The file is not valid JSON, so nothing was imported."_s;
     const QString noActions = u"The file holds no actions, so nothing was imported."_s;
-    EXPECT_EQ(refusal({}), noJson);
+    EXPECT_EQ(refusal({}), u"The file is empty, so nothing was imported."_s);
+    EXPECT_EQ(refusal(" \n"), u"The file is empty, so nothing was imported."_s);
     EXPECT_EQ(refusal("[{\"name\":\"A\"}"), noJson);
     EXPECT_EQ(refusal("\xff\xfe[]"), noJson);
     EXPECT_EQ(refusal(QByteArray(100'000, '[')), noJson);

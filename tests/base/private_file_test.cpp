@@ -1,4 +1,5 @@
 #include "base/private_file.h"
+#include "support/environment.h"
 
 #include <QDir>
 #include <QFile>
@@ -55,11 +56,25 @@ TEST_F(PrivateFileTest, folderThatIsNotThereIsAFailure)
     EXPECT_FALSE(writeNewPrivateFile(folder.filePath(u"none/file"_s), "x"));
 }
 
+TEST_F(PrivateFileTest, temporaryFileLiesInTheFolderThatTheEnvironmentNames)
+{
+    const ScopedVariable temporary("TMPDIR", folder.path().toStdString());
+    EXPECT_EQ(temporaryFilePath(u"file"_s), path);
+}
+
+// A bare name would lie in the directory that the program was started in.
+TEST_F(PrivateFileTest, withoutATemporaryFolderThereIsNoTemporaryFile)
+{
+    const ScopedVariable temporary("TMPDIR", folder.filePath(u"none"_s).toStdString());
+    EXPECT_EQ(temporaryFilePath(u"file"_s), QString());
+    EXPECT_FALSE(writeNewPrivateFile(temporaryFilePath(u"file"_s), "x"));
+}
+
 TEST_F(PrivateFileTest, replacingWritesTheWholeFileAndMakesItItsUsersAlone)
 {
     ASSERT_TRUE(replacePrivateFile(path, "first"));
-    QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::WriteOwner
-            | QFileDevice::ReadOther);
+    QFile::setPermissions(
+        path, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadOther);
     ASSERT_TRUE(replacePrivateFile(path, "2nd"));
     EXPECT_EQ(bytesOf(path), "2nd");
     EXPECT_FALSE(QFileInfo(path).permission(QFileDevice::ReadOther));

@@ -5,7 +5,7 @@ import subprocess
 import unittest
 
 import shell_test
-from desktop import WINDOW_NAME, DesktopTest, owner_process, processes, run, wait_until
+from desktop import DesktopTest, run, wait_until
 
 
 def copy(text, *options):
@@ -67,13 +67,12 @@ class CliClipboard(DesktopTest):
         wait_until(lambda: not keepers(), "the end of the second keeper")
 
     def test_window_that_runs_copies_itself(self):
-        window = self.launch("velarc")
-        wait_until(lambda: owner_process(WINDOW_NAME), "the window")
+        window = self.launch_window()
         status, out, err = run("velarc-cli", "run", "Copying", "cats")
         self.assertEqual((status, err), (0, ""))
         self.assertEqual(pasted() + "\n", out)
         self.assertEqual(keepers(), [])
-        self.assertEqual(processes("velarc"), [window.pid])
+        self.expect_processes(window)
 
     def test_server_that_is_not_there_is_no_clipboard(self):
         nowhere = {**os.environ, "DISPLAY": ":987"}

@@ -8,6 +8,7 @@ import os
 import re
 import shutil
 import signal
+import socket
 import sqlite3
 import subprocess
 import time
@@ -25,6 +26,7 @@ RESULT_URL = "velarc://share-result"
 HANDOFF_KEY = "velarc.share.pendingHandoff.v1"
 RESULT_KEY = "velarc.share.latestResult.v1"
 LAYOUT_KEY = "velarc.homeLayout.v1"
+HAS_BUS = "DBUS_SESSION_BUS_ADDRESS" in os.environ
 PATIENCE = 30  # seconds, for what comes in a moment unless something is broken
 
 
@@ -96,6 +98,13 @@ def processes(program):
     return found
 
 
+def listens(runtime_folder):
+    """Whether a window without a bus takes what later starts hand over. A socket alone says
+    nothing: a killed window leaves its own behind."""
+    with socket.socket(socket.AF_UNIX) as peer:
+        return peer.connect_ex(str(Path(runtime_folder) / "velarc.socket")) == 0
+
+
 class Store:
     """The user's store, as any program of the user reads and writes it."""
 
@@ -144,6 +153,20 @@ class DesktopTest(unittest.TestCase):
     def launch(self, program, *arguments, **options):
         """A program that the test outlives, however it goes."""
         return self.adopt(start(program, *arguments, **options))
+
+    def launch_window(self):
+        """A window that takes what later starts hand over."""
+        window = self.launch("velarc")
+        if HAS_BUS:
+            wait_until(lambda: owner_process(WINDOW_NAME) == window.pid, "the window's name")
+        else:
+            wait_until(lambda: listens(os.environ["XDG_RUNTIME_DIR"]), "the window's socket")
+        return window
+
+    def expect_processes(self, *windows):
+        """These and no others, once a start that hands over has ended."""
+        expected = sorted(window.pid for window in windows)
+        wait_until(lambda: sorted(processes("velarc")) == expected, f"only {expected} run")
 
     def adopt(self, process):
         def end():

@@ -5,8 +5,10 @@ the bindings of AT-SPI.
 """
 
 import os
+import signal
 import subprocess
 import time
+import unittest
 
 import gi
 
@@ -14,6 +16,10 @@ gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
 BUS_LAUNCHER = "/usr/libexec/at-spi-bus-launcher"
+EDITOR = "Type, paste, or drop a file — then hit Run"
+TEXT = "The harbour ferry was late again. The crew blamed the tide. Nobody minded much."
+BUTTON = "push button"
+UP, DOWN = 4, 5  # the turns of a wheel, as buttons
 PATIENCE = float(os.environ.get("VELARC_PATIENCE", "20"))  # seconds until a thing that must happen has not
 
 
@@ -51,6 +57,11 @@ def copy(data, target="UTF8_STRING"):
     subprocess.run(command, input=data, check=True, stdout=subprocess.DEVNULL, timeout=PATIENCE)
 
 
+def actions_of(node):
+    """What a screen reader can have a control do."""
+    return [Atspi.Action.get_action_name(node, at) for at in range(node.get_n_actions())]
+
+
 class AccessibilityBus:
     """The bus that screen readers and programs meet on."""
 
@@ -80,7 +91,9 @@ class Window:
         environment = dict(os.environ, QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", **variables)
         self.process = subprocess.Popen([program, *arguments], env=environment,
                                         stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
-        self._application = wait_for("the window", self._find_application)
+        self._said = None
+        self._listeners = []
+        self.application = wait_for("the window", self._find_application)
         self.focus()
 
     def _find_application(self):
@@ -96,22 +109,31 @@ class Window:
 
     def focus(self):
         """There is no window manager to do it."""
-        found = wait_for("the window on the display", lambda: subprocess.run(
-            ["xdotool", "search", "--onlyvisible", "--pid", str(self.process.pid)],
-            capture_output=True, check=False).stdout.split())
-        subprocess.run(["xdotool", "windowfocus", "--sync", found[0]], check=True)
+        subprocess.run(["xdotool", "windowfocus", "--sync", self.identifier()], check=True)
+
+    def identifier(self):
+        """The number by which the display knows the window."""
+        return wait_for("the window on the display", lambda: subprocess.run(
+            ["xdotool", "search", "--onlyvisible", "--name", "Velarc"],
+            capture_output=True, check=False, text=True).stdout.split())[0]
 
     def close(self):
         """Ends the program as a log-out does; gives its status and what it said."""
-        self.process.terminate()
-        _, said = self.process.communicate(timeout=PATIENCE)
-        return self.process.returncode, said.decode()
+        if self.process.poll() is None:
+            self.process.send_signal(signal.SIGTERM)
+        return self.end()
+
+    def end(self):
+        """Its status and what it said, once it has ended."""
+        if self._said is None:
+            self._said = self.process.communicate(timeout=PATIENCE)[1].decode()
+        return self.process.returncode, self._said
 
     # --- What it shows --------------------------------------------------------------------------
 
     def _showing(self, node=None):
         """Every node that is on the screen, in reading order."""
-        node = node or self._application
+        node = node or self.application
         for index in range(node.get_child_count()):
             child = node.get_child_at_index(index)
             if child is None:
@@ -148,7 +170,7 @@ class Window:
         for node in self.nodes():
             if words in node.get_name():
                 return node
-            if node.get_text_iface() and words in Atspi.Text.get_text(node, 0, -1):
+            if "Text" in node.get_interfaces() and words in Atspi.Text.get_text(node, 0, -1):
                 return node
         return None
 
@@ -162,12 +184,22 @@ class Window:
         return wait_for(f"the focus on '{name}'",
                         lambda: (node := self.focused()) and node.get_name() == name)
 
+    def listen(self):
+        """The names of all that appears or is renamed from now on, in their order."""
+        heard = []
+        listener = Atspi.EventListener.new(lambda event: heard.append(event.source.get_name()))
+        for kind in ("object:property-change:accessible-name", "object:state-changed:showing",
+                     "object:children-changed:add"):
+            listener.register(kind)
+        self._listeners.append(listener)
+        return heard
+
     # --- What its user does ---------------------------------------------------------------------
 
     def press(self, name, role=None):
         """As a screen reader does."""
         node = self.find(name, role)
-        actions = [Atspi.Action.get_action_name(node, at) for at in range(node.get_n_actions())]
+        actions = actions_of(node)
         assert "Press" in actions, f"'{name}' cannot be pressed: {actions}"
         Atspi.Action.do_action(node, actions.index("Press"))
 
@@ -178,3 +210,64 @@ class Window:
     @staticmethod
     def type(text):
         subprocess.run(["xdotool", "type", "--delay", "2", "--", text], check=True)
+
+    @staticmethod
+    def scroll(x, y, turn):
+        """By some turns of the wheel, with the pointer there."""
+        move_pointer(x, y)
+        subprocess.run(["xdotool", "click", "--repeat", "3", str(turn)], check=True)
+
+    @staticmethod
+    def click(node, button=1):
+        """With the pointer, in the middle of what is on the screen."""
+        place = Atspi.Component.get_extents(node, Atspi.CoordType.SCREEN)
+        move_pointer(place.x + place.width // 2, place.y + place.height // 2)
+        subprocess.run(["xdotool", "click", str(button)], check=True)
+
+
+def move_pointer(x, y):
+    subprocess.run(["xdotool", "mousemove", str(x), str(y)], check=True)
+
+
+class WindowTest(unittest.TestCase):
+    """A window for each test, and what its user often does."""
+
+    program = os.environ["VELARC"]
+    tolerated = ""  # what it may say on standard error
+
+    def setUp(self):
+        self.window = Window(self.program)
+        self.addCleanup(self.end)
+
+    def end(self):
+        status, said = self.window.close()
+        self.assertEqual(status, 0, said)
+        self.assertIn(said, ("", self.tolerated))
+
+    def select(self, action):
+        """In the sidebar, which has rows only for what is in view."""
+        self.window.find("Quick Actions")
+        while not self.window.named(action, "list item"):
+            self.window.scroll(100, 600, DOWN)
+        self.window.press(action, "list item")
+        self.window.find(action, BUTTON)  # the card of the action
+
+    def type_into_the_editor(self, text):
+        self.window.wait_for_focus(EDITOR)
+        self.window.type(text)
+        wait_for("the typed text", lambda: self.window.text_of(EDITOR) == text)
+
+    def start_run(self, text=TEXT):
+        self.type_into_the_editor(text)
+        self.window.key("ctrl+Return")
+
+    def run_to_result(self, text=TEXT):
+        self.start_run(text)
+        self.window.find("Run Again", BUTTON)
+
+    def press_and_paste_elsewhere(self, command):
+        """Another program's paste after a command has copied."""
+        copy(b"before")
+        self.window.press(command, BUTTON)
+        return wait_for("another clipboard", lambda: (
+            text if (text := clipboard()) not in (b"", b"before") else None)).decode()

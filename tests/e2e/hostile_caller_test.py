@@ -19,8 +19,7 @@ TEXT_BYTES = 2_000_000
 class HostileCaller(DesktopTest):
     def setUp(self):
         super().setUp()
-        self.process = self.launch("velarc")
-        wait_until(lambda: owner_process(WINDOW_NAME), "the window")
+        self.process = self.launch_window()
         self.flood(1, "velarc://nowhere")  # behind its first frame
 
     def flood(self, count, *addresses):

@@ -7,11 +7,13 @@
 //   {"status": 200, "headers": {"name": "value"}, "body": "text"}
 //   {"silence": true}
 //   {"close": true}
+//   {"late": true, "status": 200, ...}
 //   {"break": "encrypted", "reset": true}
 //   {"break": "reply", "raw": "HTTP/1.1 200 OK"}
-// A break closes the connection, or resets it, once it is "accepted", "encrypted", has sent its
-// "head" or its whole "request", or got the raw bytes of a "reply". Each whole request uses up one
-// answer, breaks first; without one it is answered with status 500. Standard output has a line
+// The late one goes to the request that was answered with silence, at once. A break closes the
+// connection, or resets it, once it is "accepted", "encrypted", has sent its "head" or its whole
+// "request", or got the raw bytes of a "reply". Each whole request uses up one of the others, breaks
+// first; without one it is answered with status 500. Standard output has a line
 // {"listening": true} at the start and one a request that did not meet a break:
 //   {"method": "POST", "path": "/v1/messages", "headers": {"name": "value"}, "body": "text"}
 // It ends with standard input.
@@ -111,7 +113,9 @@ private:
 
     void take(const QJsonObject &line)
     {
-        if (line.contains("break"_L1)) {
+        if (line.contains("late"_L1)) {
+            m_server.sendMore(answerOf(line).bytes);
+        } else if (line.contains("break"_L1)) {
             m_server.answer(breakOf(line));
         } else {
             m_answers.push_back(answerOf(line));

@@ -7,12 +7,11 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from desktop import (BIN, HANDOFF_KEY, HANDOFF_URL, PREFIX, RESULT_KEY, RESULT_URL, WINDOW_NAME,
-                     WINDOW_PATH, DesktopTest, Store, call, environment, handoff, owner_process,
-                     processes, run, start, wait_until)
+from desktop import (BIN, HANDOFF_KEY, HANDOFF_URL, HAS_BUS, PREFIX, RESULT_KEY, RESULT_URL,
+                     WINDOW_NAME, WINDOW_PATH, DesktopTest, Store, call, environment, handoff,
+                     listens, owner_process, processes, run, start, wait_until)
 
 JOKE = "Tell Me a Joke"
-HAS_BUS = "DBUS_SESSION_BUS_ADDRESS" in os.environ
 
 
 def open_with(program, url):
@@ -32,24 +31,17 @@ class EveryWay(DesktopTest):
         self.assertIsNone(self.store.read(HANDOFF_KEY))
 
     def test_text_reaches_the_window_that_runs(self):
-        window = self.launch("velarc")
-        wait_until(self.listens, "the window")
+        window = self.launch_window()
         self.assertEqual(run("velarc-share", "--action", JOKE, "cats"), (0, "", ""))
         self.wait_for_run_of(self.action(JOKE))
-        self.assertEqual(processes("velarc"), [window.pid])
-
-    def listens(self):
-        if HAS_BUS:
-            return owner_process(WINDOW_NAME)
-        return (Path(os.environ["XDG_RUNTIME_DIR"]) / "velarc.socket").exists()
+        self.expect_processes(window)
 
     def test_second_start_hands_its_address_over_and_ends(self):
-        window = self.launch("velarc")
-        wait_until(self.listens, "the window")
+        window = self.launch_window()
         self.store.write(HANDOFF_KEY, handoff("cats", self.action(JOKE)))
         self.assertEqual(run("velarc", HANDOFF_URL), (0, "", ""))
         self.wait_for_run_of(self.action(JOKE))
-        self.assertEqual(processes("velarc"), [window.pid])
+        self.expect_processes(window)
 
     def test_first_start_takes_its_address_up_itself(self):
         self.store.write(HANDOFF_KEY, handoff("cats", self.action(JOKE)))
@@ -64,8 +56,7 @@ class EveryWay(DesktopTest):
             starter.wait()
 
     def test_killed_window_leaves_room_for_the_next(self):
-        window = self.launch("velarc")
-        wait_until(self.listens, "the window")
+        window = self.launch_window()
         os.kill(window.pid, signal.SIGKILL)
         self.assertEqual(run("velarc-share", "--action", JOKE, "cats"), (0, "", ""))
         self.wait_for_run_of(self.action(JOKE))
@@ -80,15 +71,14 @@ class EveryWay(DesktopTest):
                                 XDG_DATA_HOME=str(home / "data"), XDG_CONFIG_HOME=None,
                                 XDG_STATE_HOME=None, XDG_CACHE_HOME=None,
                                 DBUS_SESSION_BUS_ADDRESS=None)
-            mine = self.launch("velarc")
-            wait_until(self.listens, "the window")
+            mine = self.launch_window()
             theirs = self.launch("velarc", env=other)
-            wait_until((runtime / "velarc.socket").exists, "the other window")
+            wait_until(lambda: listens(runtime), "the other window")
             self.assertEqual(run("velarc-share", "to the other", env=other), (0, "", ""))
             theirs_store = Store(home / "data")
             wait_until(theirs_store.recent_action, "the run in the other window")
             self.assertIsNone(self.store.recent_action())
-            self.assertEqual(sorted(processes("velarc")), sorted([mine.pid, theirs.pid]))
+            self.expect_processes(mine, theirs)
 
 
 @unittest.skipUnless(HAS_BUS, "this session has no bus")
@@ -112,19 +102,17 @@ class ByTheDesktop(DesktopTest):
         self.expect_handoff_through("xdg-open")
 
     def test_gio_open_reaches_the_window_that_runs(self):
-        window = self.launch("velarc")
-        wait_until(lambda: owner_process(WINDOW_NAME), "the window")
+        window = self.launch_window()
         self.expect_handoff_through("gio")
-        self.assertEqual(processes("velarc"), [window.pid])
+        self.expect_processes(window)
 
     def test_xdg_open_reaches_the_window_that_runs(self):
-        window = self.launch("velarc")
-        wait_until(lambda: owner_process(WINDOW_NAME), "the window")
+        window = self.launch_window()
         self.store.write(HANDOFF_KEY, handoff("cats", self.action(JOKE)))
         opener = self.adopt(open_with("xdg-open", HANDOFF_URL))
         self.assertEqual(opener.wait(), 0)
         self.wait_for_run_of(self.action(JOKE))
-        self.assertEqual(processes("velarc"), [window.pid])
+        self.expect_processes(window)
 
     def test_bus_starts_the_window_and_shows_it(self):
         call(WINDOW_NAME, WINDOW_PATH, "org.freedesktop.Application.Activate", "{}")

@@ -97,19 +97,51 @@ TEST_P(CliUsageTest, saysInOneSentenceWhatIsWrong)
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryMistake, CliUsageTest,
-    ::testing::Values(UsageRow{{}, u"Say what to do: \"actions\" or \"run\"."},
+    ::testing::Values(UsageRow{{}, u"Say what to do: \"actions\", \"run\", \"export\" or \"import\"."},
         UsageRow{{u"frobnicate"_s}, u"Unknown command: \"frobnicate\"."},
         UsageRow{{u"run"_s}, u"Name an action: velarc-cli run ACTION [TEXT]."},
         UsageRow{{u"run"_s, u"A"_s, u"two"_s, u"words"_s},
             u"Surplus text: \"words\". Put a text of several words into quotes."},
         UsageRow{{u"actions"_s, u"x"_s}, u"Surplus argument: \"x\"."},
-        UsageRow{{u"actions"_s, u"-o"_s, u"f"_s}, u"--output goes with \"run\"."},
+        UsageRow{{u"actions"_s, u"-o"_s, u"f"_s}, u"--output goes with \"run\" and \"export\"."},
         UsageRow{{u"run"_s, u"A"_s, u"-o"_s, QString()}, u"--output names no file."},
         UsageRow{{u"run"_s, u"A"_s, u"-o"_s, u"-"_s, u"--json"_s},
             u"Standard output takes --json or --output -, not both."},
         UsageRow{{u"serve"_s, u"--json"_s}, u"\"serve\" takes no options."},
         UsageRow{{u"serve"_s, u"now"_s}, u"Surplus argument: \"now\"."},
         UsageRow{{u"actions"_s, u"--jason"_s}, u"Unknown option 'jason'."}));
+
+TEST(CliCommand, exportTakesAnActionOrTheWholeLibrary)
+{
+    const auto all = parsed<ExportCommand>({u"export"_s});
+    EXPECT_EQ(all.action, std::nullopt);
+    EXPECT_EQ(all.outputFile, u"-"_s);
+    const auto one = parsed<ExportCommand>({u"export"_s, u"Joke"_s, u"-o"_s, u"joke.json"_s});
+    EXPECT_EQ(one.action, u"Joke"_s);
+    EXPECT_EQ(one.outputFile, u"joke.json"_s);
+}
+
+TEST(CliCommand, importTakesAFileAndMayOnlyTell)
+{
+    EXPECT_EQ(parsed<ImportCommand>({u"import"_s, u"a.json"_s}).mode, ImportMode::Perform);
+    const auto dry = parsed<ImportCommand>({u"import"_s, u"--dry-run"_s, u"-"_s});
+    EXPECT_EQ(dry.file, u"-"_s);
+    EXPECT_EQ(dry.mode, ImportMode::DryRun);
+    EXPECT_EQ(parsed<ImportCommand>({u"import"_s}).file, u"-"_s);
+}
+
+TEST(CliCommand, whatDoesNotGoWithAnExportOrImportIsAUsageError)
+{
+    for (const QStringList &arguments :
+        {QStringList{u"export"_s, u"a"_s, u"b"_s}, QStringList{u"export"_s, u"--json"_s},
+            QStringList{u"export"_s, u"--output="_s}, QStringList{u"export"_s, u"--dry-run"_s},
+            QStringList{u"import"_s, QString()},
+            QStringList{u"import"_s, u"a"_s, u"b"_s}, QStringList{u"import"_s, u"a"_s, u"--json"_s},
+            QStringList{u"import"_s, u"a"_s, u"-o"_s, u"b"_s},
+            QStringList{u"run"_s, u"a"_s, u"--dry-run"_s}}) {
+        EXPECT_FALSE(parsed<UsageError>(arguments).message.isEmpty());
+    }
+}
 
 } // namespace
 } // namespace velarc

@@ -1,11 +1,12 @@
 #include "base/json.h"
-#include "entry/local_instance.h"
+#include "entry/single_instance.h"
 #include "support/environment.h"
 #include "support/wait_until.h"
 
 #include <QFileInfo>
 #include <QLocalSocket>
 #include <QTemporaryDir>
+#include <QThread>
 
 #include <gtest/gtest.h>
 
@@ -32,7 +33,7 @@ protected:
     // Hands over from another thread, as another process does, while this one turns its loop.
     [[nodiscard]] static HandOver handOverMeanwhile(const StartRequest &request)
     {
-        auto outcome = std::async(std::launch::async, [&] { return handOverLocally(request, 5s); });
+        auto outcome = std::async(std::launch::async, [&] { return handOverLocally(request); });
         EXPECT_TRUE(waitUntil([&] { return outcome.wait_for(1ms) == std::future_status::ready; }));
         return outcome.get();
     }
@@ -60,16 +61,46 @@ TEST_F(LocalInstanceTest, firstHasTheWindowAndTheSecondHandsOver)
 
 TEST_F(LocalInstanceTest, whereNobodyListensThereIsNobody)
 {
-    EXPECT_EQ(handOverLocally({}, 0ms), HandOver::NobodyThere);
+    EXPECT_EQ(handOverLocally({}), HandOver::NobodyThere);
 }
 
-TEST_F(LocalInstanceTest, windowThatIsOnlyStartingIsWaitedFor)
+TEST_F(LocalInstanceTest, windowThatLeavesWithoutAnAnswerCountsAsGone)
 {
-    auto outcome = std::async(std::launch::async, [] { return handOverLocally({}, 20s); });
-    ASSERT_EQ(outcome.wait_for(50ms), std::future_status::timeout);
-    ASSERT_TRUE(first.claim());
-    EXPECT_TRUE(waitUntil([&] { return outcome.wait_for(1ms) == std::future_status::ready; }));
-    EXPECT_EQ(outcome.get(), HandOver::Done);
+    QLocalServer leaving;
+    QObject::connect(&leaving, &QLocalServer::newConnection, &leaving,
+        [&] { leaving.nextPendingConnection()->abort(); });
+    ASSERT_TRUE(leaving.listen(folder.filePath(u"velarc.socket"_s)));
+    EXPECT_EQ(handOverMeanwhile({}), HandOver::NobodyThere);
+}
+
+// The one that just closes hangs up before it gives the lock back.
+TEST_F(LocalInstanceTest, startAmidTheEndOfTheFirstHasTheWindowNext)
+{
+    std::promise<void> listens;
+    const std::unique_ptr<QThread> leaving(QThread::create([&] {
+        QLockFile lock(folder.filePath(u"velarc.lock"_s));
+        EXPECT_TRUE(lock.tryLock());
+        QLocalServer server;
+        EXPECT_TRUE(server.listen(folder.filePath(u"velarc.socket"_s)));
+        listens.set_value();
+        EXPECT_TRUE(server.waitForNewConnection(20'000));
+        delete server.nextPendingConnection();
+    }));
+    leaving->start();
+    listens.get_future().wait();
+    const ScopedVariable bus("DBUS_SESSION_BUS_ADDRESS", std::nullopt);
+    SingleInstance next({});
+    EXPECT_EQ(next.claimOrHandOver({}, 20s), Standing::HasTheWindow);
+    EXPECT_TRUE(leaving->wait(20'000));
+}
+
+TEST_F(LocalInstanceTest, windowThatNeverListensIsGivenUp)
+{
+    QLockFile lock(folder.filePath(u"velarc.lock"_s));
+    ASSERT_TRUE(lock.tryLock());
+    const ScopedVariable bus("DBUS_SESSION_BUS_ADDRESS", std::nullopt);
+    SingleInstance next({});
+    EXPECT_EQ(next.claimOrHandOver({}, 30ms), Standing::NotAnswered);
 }
 
 TEST_F(LocalInstanceTest, endOfTheFirstMakesRoomForTheNext)

@@ -74,6 +74,15 @@ TEST_F(BusServiceTest, whereNobodyRunsThereIsNobodyAndNobodyIsStarted)
     EXPECT_EQ(handOver({}), HandOver::NobodyThere);
 }
 
+// A window that just closes has given its name back, or its object already.
+TEST_F(BusServiceTest, nameWithoutAnObjectCountsAsNobody)
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    ASSERT_TRUE(bus.registerService(kApplicationId));
+    EXPECT_EQ(meanwhile([] { return handOver({}); }), HandOver::NobodyThere);
+    EXPECT_TRUE(bus.unregisterService(kApplicationId));
+}
+
 TEST_F(BusServiceTest, chosenActionIsSelected)
 {
     ASSERT_TRUE(instance.claim());
@@ -117,6 +126,39 @@ TEST_F(BusServiceTest, unknownActionShowsTheWindowAndDoesNothing)
     call << u"select-action"_s << QVariantList{u"no identifier"_s} << QVariantMap();
     EXPECT_EQ(caller.call(call).type(), QDBusMessage::ReplyMessage);
     EXPECT_EQ(askedInTheEnd(), QStringList{u"present /"_s});
+}
+
+TEST_F(BusServiceTest, importIsAnsweredWithItsSummaryOrItsRefusal)
+{
+    TakeImportAnswer waiting;
+    QByteArray imported;
+    SingleInstance window({nullptr, nullptr, nullptr, nullptr,
+        [&](const QByteArray &json, const TakeImportAnswer &answer) {
+            imported = json;
+            waiting = answer;
+        }});
+    ASSERT_TRUE(window.claim());
+    const auto answered = [&](const ImportAnswer &given) {
+        auto outcome =
+            std::async(std::launch::async, [] { return importInWindow("[\"\u00e4\"]"); });
+        EXPECT_TRUE(waitForOthers([&] { return waiting != nullptr; }));
+        std::exchange(waiting, nullptr)(given);
+        EXPECT_TRUE(
+            waitForOthers([&] { return outcome.wait_for(1ms) == std::future_status::ready; }));
+        return outcome.get();
+    };
+    const ImportReply done = answered({ImportAnswer::Outcome::Imported, u"1 new"_s});
+    EXPECT_EQ(done.reply, WindowReply::Done);
+    EXPECT_EQ(done.text, u"1 new"_s);
+    EXPECT_EQ(imported, QByteArray("[\"\u00e4\"]"));
+    const ImportReply refused = answered({ImportAnswer::Outcome::Refused, u"No."_s});
+    EXPECT_EQ(refused.reply, WindowReply::Failed);
+    EXPECT_EQ(refused.text, u"No."_s);
+}
+
+TEST_F(BusServiceTest, importWithoutAWindowIsNobodys)
+{
+    EXPECT_EQ(meanwhile([] { return importInWindow("[]"); }).reply, WindowReply::NoWindow);
 }
 
 } // namespace

@@ -48,7 +48,12 @@ bool ScriptedPortal::handleMessage(const QDBusMessage &message, const QDBusConne
         return true;
     }
     if (message.member() == u"ComposeEmail"_s) {
-        compose(message);
+        begin(message);
+        return true;
+    }
+    if (message.interface() == u"org.freedesktop.portal.FileChooser"_s) {
+        title = message.arguments().at(1).toString();
+        begin(message);
         return true;
     }
     if (message.member() == u"Close"_s) {
@@ -68,10 +73,11 @@ void ScriptedPortal::tellVersion(const QDBusMessage &message)
     }
 }
 
-void ScriptedPortal::compose(const QDBusMessage &message)
+void ScriptedPortal::begin(const QDBusMessage &message)
 {
+    method = message.member();
     const QVariantMap options =
-        qdbus_cast<QVariantMap>(message.arguments().at(1).value<QDBusArgument>());
+        qdbus_cast<QVariantMap>(message.arguments().constLast().value<QDBusArgument>());
     drafts.append(options);
     if (answer == Answer::RefusesTheCall) {
         m_bus.send(message.createErrorReply(QDBusError::InvalidArgs, u"No such address"_s));
@@ -105,7 +111,7 @@ void ScriptedPortal::respond(unsigned code)
 {
     QDBusMessage response = QDBusMessage::createTargetedSignal(
         m_caller, m_path, u"org.freedesktop.portal.Request"_s, u"Response"_s);
-    response << code << QVariantMap();
+    response << code << (code == 0 ? results : QVariantMap());
     m_bus.send(response);
 }
 

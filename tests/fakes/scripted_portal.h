@@ -1,6 +1,6 @@
 #pragma once
 
-// The desktop's portal for mails on the session bus, steered by a test.
+// The desktop's portal for mails and file dialogs on the session bus, steered by a test.
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -27,6 +27,9 @@ public:
     std::optional<unsigned> version = 3; // none for a portal without mails
     bool usesOwnHandles = false; // as old portals do
     QList<QVariantMap> drafts; // the options of the calls
+    QVariantMap results; // of a request that is granted
+    QString method; // of the last call
+    QString title; // of the last file dialog
     int withdrawn = 0; // requests closed by the caller
 
     ScriptedPortal();
@@ -44,7 +47,7 @@ private:
     QString m_caller;
 
     void tellVersion(const QDBusMessage &message);
-    void compose(const QDBusMessage &message);
+    void begin(const QDBusMessage &message);
 };
 
 } // namespace velarc

@@ -5,12 +5,16 @@
 #include "intake/pdf_text_reader.h"
 #include "intake/svg_rasterizer.h"
 #include "records/run_errors.h"
+#include "support/cpu_time.h"
+#include "support/environment.h"
 #include "support/printers.h"
 #include "support/wait_until.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 #include <QUuid>
 
 #include <gtest/gtest.h>
@@ -104,6 +108,23 @@ TEST(PdfExport, nameOfALongTitleIsCutBetweenTwoCharacters)
     EXPECT_TRUE(name.endsWith(u"\u00E4-01234567.pdf"_s));
 }
 
+TEST(PdfExport, nameOfATitleThatIsOneEndlessCharacterIsTheRandomPartAlone)
+{
+    const QUuid uuid(u"{01234567-89ab-cdef-0123-456789abcdef}"_s);
+    EXPECT_EQ(pdfFileName(u'e' + QString(1'000'000, QChar(0x0301)), uuid), u"-01234567.pdf"_s);
+}
+
+TEST(PdfExport, titleOfAMillionLettersHoldsNothingUp)
+{
+    QString path;
+    const QString title(1'000'000, u'M');
+    const auto time = cpuTime([&] { exported(u"hello"_s, title, &path); });
+    EXPECT_LT(time.count(), 0.25) << "of the main thread";
+    EXPECT_EQ(QFileInfo(path).fileName().size(), 255);
+    EXPECT_TRUE(saidBy(u"pdftotext"_s, {path, u"-"_s}).contains(u"hello"_s));
+    QFile::remove(path);
+}
+
 TEST(PdfExport, fileIsItsUsersAloneAndTwoExportsAreTwoFiles)
 {
     QString first;
@@ -168,6 +189,37 @@ TEST(PdfExport, missingHelperIsNoContext)
     PdfExport pdfExport(u"/nonexistent/helper"_s);
     EXPECT_EQ(endOf(pdfExport.exportPDF(u"x"_s, u"T"_s, {})).failure,
         u"Could not initialize PDF context."_s);
+}
+
+TEST(PdfExport, folderThatTakesNoFileIsAFailedWriteAndNoMore)
+{
+    const ScopedVariable folder("TMPDIR", "/proc"); // not even for root
+    PdfExport pdfExport(helper());
+    EXPECT_EQ(endOf(pdfExport.exportPDF(u"x"_s, u"T"_s, {})).failure,
+        u"Could not write the generated PDF file."_s);
+}
+
+TEST(PdfExport, withoutATemporaryFolderNothingIsWrittenWhereTheProgramWasStarted)
+{
+    const QTemporaryDir started;
+    const QString before = QDir::currentPath();
+    const ScopedVariable none("TMPDIR", started.filePath(u"none"_s).toStdString());
+    ASSERT_TRUE(QDir::setCurrent(started.path()));
+    PdfExport pdfExport(helper());
+    const auto ended = endOf(pdfExport.exportPDF(u"x"_s, u"T"_s, {}));
+    EXPECT_EQ(ended.failure, u"Could not write the generated PDF file."_s);
+    EXPECT_TRUE(QDir(started.path()).isEmpty());
+    QDir::setCurrent(before);
+}
+
+TEST(PdfExport, fileLiesInTheTemporaryFolder)
+{
+    const QTemporaryDir folder;
+    const ScopedVariable temporary("TMPDIR", folder.path().toStdString());
+    QString path;
+    exported(u"text"_s, u"a/b"_s, &path);
+    EXPECT_EQ(QFileInfo(path).path(), folder.path());
+    EXPECT_TRUE(QFileInfo(path).fileName().startsWith(u"a-b-"_s));
 }
 
 TEST(PdfText, pagesAreTrimmedBlankOnesDroppedAndSetApartByABlankLine)

@@ -5,6 +5,7 @@
 #include "support/fixture.h"
 #include "support/printers.h"
 
+#include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
@@ -79,14 +80,17 @@ public:
         static const QRegularExpression pages(u"Pages: +(\\d+)"_s);
         return pages.match(info()).captured(1).toInt();
     }
-    [[nodiscard]] QString fonts() const
+    // A line for each.
+    [[nodiscard]] QStringList fonts() const
     {
         QTemporaryDir folder; // this program reads no standard input
         QFile file(folder.filePath(u"a.pdf"_s));
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(m_pdf);
         file.close();
-        return QString::fromUtf8(saidBy(u"pdffonts"_s, {file.fileName()}));
+        return QString::fromUtf8(saidBy(u"pdffonts"_s, {file.fileName()}))
+            .split(u'\n', Qt::SkipEmptyParts)
+            .mid(2);
     }
     // Each page's text without its title, and without the marks that the reader puts around text
     // of the other direction.
@@ -224,15 +228,18 @@ TEST(ExportedPages, bodyFillsItsRectangleFromTheUpperEdge)
     EXPECT_GT(pages.first().last().bottom, 752 - 13.8) << "a full page ends at its last line";
 }
 
+// Of the columns behind name and kind: embedded, a subset, with or without a table of letters.
+auto isEmbedded()
+{
+    static const QRegularExpression columns(u" yes yes (yes|no ) +\\d+ +0$"_s);
+    return ::testing::Truly([](const QString &font) { return font.contains(columns); });
+}
+
 TEST(ExportedPages, fontsAreEmbeddedAndHaveHelveticasMetrics)
 {
-    const QString fonts = Exported(u"plain"_s).fonts();
-    const QStringList lines = fonts.split(u'\n', Qt::SkipEmptyParts).sliced(2);
-    EXPECT_EQ(lines.size(), 2) << fonts.toStdString();
-    for (const QString &line : lines) {
-        EXPECT_TRUE(line.contains(QRegularExpression(u"yes yes (yes|no ) +\\d+ +0$"_s)))
-            << line.toStdString();
-    }
+    const Exported plain(u"plain"_s);
+    EXPECT_EQ(plain.fonts().size(), 2) << plain.fonts().join(u'\n').toStdString();
+    EXPECT_THAT(plain.fonts(), Each(isEmbedded()));
     // Widths of Helvetica at 12 points: m 0.833, i 0.222.
     const auto page = Exported(u"mmmmmmmmmm iiiiiiiiii"_s).words().first();
     EXPECT_NEAR(page[1].right - page[1].left, 10 * 0.833 * 12, kTolerance);
@@ -271,7 +278,11 @@ INSTANTIATE_TEST_SUITE_P(ExportedPages, EveryScript, ::testing::ValuesIn(kSample
 TEST_P(EveryScript, isReadBackAsItWasWritten)
 {
     const QString text = QString::fromUtf16(GetParam().text);
-    EXPECT_EQ(letters(Exported(text).bodies()), letters(text));
+    const Exported body(text);
+    EXPECT_EQ(letters(body.bodies()), letters(text));
+    const QStringList fonts = body.fonts();
+    EXPECT_GE(fonts.size(), 1);
+    EXPECT_THAT(fonts, Each(isEmbedded()));
     EXPECT_EQ(letters(Exported(u"x"_s, text).bodies(QString())), letters(text) + u'x');
 }
 
@@ -402,6 +413,28 @@ TEST(ExportedPages, invalidTextIsShownAsFarAsItIsValid)
     const QString said =
         QString::fromUtf8(saidBy(u"pdftotext"_s, {u"-"_s, u"-"_s}, outcome.output));
     EXPECT_TRUE(said.contains(u"good"_s) && said.contains(u"bytes"_s));
+}
+
+TEST(ExportedPages, codesThatAreNoCharactersAreReplaced)
+{
+    const QString text = u"a\uFDD0b\uFDEFc\uFFFEd\U0001FFFFe"_s;
+    const QString said = letters(Exported(text, u"T\uFDD0"_s).bodies(u"T"_s));
+    EXPECT_TRUE(said.endsWith(u"a\uFFFDb\uFFFDc\uFFFDd\uFFFDe"_s)) << said.toStdString();
+}
+
+// Of every script, mark and picture, in any order: no two fit together, and none is in every font.
+TEST(ExportedPages, anyCharactersAtAllMakePages)
+{
+    QRandomGenerator random(5);
+    for (int round = 0; round < 30; ++round) {
+        QString text;
+        for (int at = 0; at < 400; ++at) {
+            const char32_t code = random.bounded(4) == 0 ? random.bounded(0x1F000U, 0x20000U)
+                                                         : random.bounded(0x20U, 0xD800U);
+            text += QString::fromUcs4(&code, 1);
+        }
+        EXPECT_EQ(Exported(text, text.left(20)).pageCount(), 1) << round;
+    }
 }
 
 TEST(ExportedPages, equalTextsGiveEqualBytes)

@@ -138,7 +138,7 @@ TEST_F(ActionFilesTest, whatIsNoJsonIsRefused)
 {
     EXPECT_EQ(refusalOf(write("not json")),
         u"The file is not valid JSON, so nothing was imported."_s);
-    EXPECT_EQ(refusalOf(write("")), u"The file is not valid JSON, so nothing was imported."_s);
+    EXPECT_EQ(refusalOf(write("")), u"The file is empty, so nothing was imported."_s);
     EXPECT_EQ(refusalOf(write("\"text\"")),
         u"The file holds no actions, so nothing was imported."_s);
 }

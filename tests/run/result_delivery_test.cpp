@@ -1,9 +1,11 @@
 #include "support/app_world.h"
+#include "support/environment.h"
 #include "support/wait_until.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 
 namespace velarc {
 namespace {
@@ -275,6 +277,29 @@ TEST_F(ResultDeliveryTest, imageSharedTwiceMakesTwoPrivateFiles)
     }
 }
 
+TEST_F(ResultDeliveryTest, folderThatTakesNoFileLeavesNothingToShareAndNoNote)
+{
+    answerWith(ImagePayload{QByteArrayLiteral("png")});
+    run(u"x"_s);
+    const auto note = viewModel->statusNote();
+    const ScopedVariable folder("TMPDIR", "/proc"); // not even for root
+    EXPECT_EQ(share(), std::nullopt);
+    EXPECT_EQ(viewModel->statusNote(), note);
+}
+
+TEST_F(ResultDeliveryTest, withoutATemporaryFolderNothingIsSharedFromWhereTheProgramWasStarted)
+{
+    answerWith(ImagePayload{QByteArrayLiteral("png")});
+    run(u"x"_s);
+    const QTemporaryDir started;
+    const QString before = QDir::currentPath();
+    const ScopedVariable none("TMPDIR", started.filePath(u"none"_s).toStdString());
+    ASSERT_TRUE(QDir::setCurrent(started.path()));
+    EXPECT_EQ(share(), std::nullopt);
+    EXPECT_TRUE(QDir(started.path()).isEmpty());
+    QDir::setCurrent(before);
+}
+
 TEST_F(ResultDeliveryTest, sharedPdfIsTheFileThatStands)
 {
     action.outputFormat = OutputFormat::Pdf;
@@ -342,7 +367,7 @@ TEST_F(ResultDeliveryTest, refineRunsOnTheOutputAndTheWish)
     EXPECT_EQ(shownText(), u"from OpenAI"_s);
 }
 
-TEST_F(ResultDeliveryTest, refineOfASystemActionGoesThroughItAgain)
+TEST_F(ResultDeliveryTest, refineOfASystemActionKeepsItsEngineAndGoesThroughItAgain)
 {
     action.destination = ActionDestination::system(Kind::CalendarEditEvent);
     run(u"x"_s);
@@ -351,6 +376,7 @@ TEST_F(ResultDeliveryTest, refineOfASystemActionGoesThroughItAgain)
     letRunGoOn();
     EXPECT_EQ(
         systemActions->kinds, (QList<Kind>{Kind::CalendarEditEvent, Kind::CalendarEditEvent}));
+    EXPECT_EQ(openAI->textRequests.size(), 2) << "by the same engine";
 }
 
 TEST_F(ResultDeliveryTest, imageAndBlankResultsCannotBeRefined)

@@ -139,6 +139,17 @@ TEST_F(ShareHandoffTest, resultIsShownEachTimeItIsOpened)
     EXPECT_TRUE(viewModel->dailyUsageLedger().entries.isEmpty());
 }
 
+TEST_F(ShareHandoffTest, shownResultIsWhatTheNextRunTakes)
+{
+    viewModel->setHomeAutomationOptions({false, false});
+    leaveResult(u"output"_s);
+    open(u"velarc://share-result"_s);
+    viewModel->runSelectedAction();
+    letRunGoOn();
+    ASSERT_EQ(openAI->textRequests.size(), 1);
+    EXPECT_EQ(openAI->textRequests.first().prompt, u"output"_s);
+}
+
 TEST_F(ShareHandoffTest, detailsOfAResultNameItsSource)
 {
     leaveResult(u"output"_s);

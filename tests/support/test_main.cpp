@@ -1,6 +1,8 @@
 // Every test program runs with an event loop at hand and in a fixed locale and time zone, unless a
 // test sets others.
 
+#include "support/temporary_folder.h"
+
 #include <QCoreApplication>
 
 #include <gtest/gtest.h>
@@ -13,6 +15,7 @@ int main(int argc, char **argv)
     if (std::getenv("TZ") == nullptr) {
         setenv("TZ", "America/New_York", 1);
     }
+    const velarc::OwnTemporaryFolder temporaryFolder;
     ::testing::InitGoogleTest(&argc, argv);
     const QCoreApplication application(argc, argv);
     return RUN_ALL_TESTS();

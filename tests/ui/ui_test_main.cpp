@@ -1,5 +1,7 @@
 // The tests of the screens: a display that nobody sees, and the renderer that the program uses.
 
+#include "support/temporary_folder.h"
+
 #include <QGuiApplication>
 #include <QQuickWindow>
 
@@ -14,6 +16,7 @@ int main(int argc, char **argv)
     if (std::getenv("TZ") == nullptr) {
         setenv("TZ", "America/New_York", 1);
     }
+    const velarc::OwnTemporaryFolder temporaryFolder;
     ::testing::InitGoogleTest(&argc, argv);
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     const QGuiApplication application(argc, argv);

@@ -4,6 +4,7 @@
 #include "engines/on_device_services.h"
 #include "entry/demo/demo_engines.h"
 #include "entry/desktop_services.h"
+#include "entry/interruption.h"
 #include "entry/main_window.h"
 #include "entry/velarc_app.h"
 #include "store/memory_defaults_domain.h"
@@ -40,6 +41,8 @@ int main(int argc, char **argv)
     QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationDisplayName(u"Velarc demo"_s);
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    const Interruption interruption;
+    const std::stop_callback end(interruption.token(), [] { QGuiApplication::quit(); });
 
     VelarcApp app(demoServices());
     MainWindow window(app.viewModel(), folder.filePath(u"window.json"_s));

@@ -20,6 +20,14 @@ bool endsLine(gunichar character)
         || character == kParagraphSeparator;
 }
 
+constexpr std::string_view kReplacement = "\uFFFD";
+
+// Code points that stand for no character in any text; the pages' library refuses them.
+bool isNoCharacter(gunichar code)
+{
+    return (code >= 0xFDD0 && code <= 0xFDEF) || (code & 0xFFFE) == 0xFFFE;
+}
+
 // Calls `take` for each character with the bytes that it is written in; a carriage return with a
 // line feed behind it counts as the line feed alone.
 template <typename Take> void forEachCharacter(std::string_view text, Take take)
@@ -31,7 +39,10 @@ template <typename Take> void forEachCharacter(std::string_view text, Take take)
     for (const char *at = valid.get(); *at != '\0';) {
         const char *next = g_utf8_next_char(at);
         if (*at != '\r' || *next != '\n') {
-            take(g_utf8_get_char(at), std::string_view(at, static_cast<std::size_t>(next - at)));
+            const gunichar code = g_utf8_get_char(at);
+            take(code,
+                isNoCharacter(code) ? kReplacement
+                                    : std::string_view(at, static_cast<std::size_t>(next - at)));
         }
         at = next;
     }

@@ -26,11 +26,20 @@ T.TextArea {
     // A text that is too long for this area must not get into it.
     Keys.onPressed: event => {
         if (event.matches(StandardKey.Paste)) {
-            event.accepted = edited.pasteIfLong(selectionStart, selectionEnd);
+            event.accepted = true;
+            area.replaceSelection(edited.paste(selectionStart, selectionEnd));
         }
     }
+
     Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
     Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
     Accessible.role: Accessible.EditableText
     Accessible.multiLine: true
+
+    function replaceSelection(words: string) {
+        if (words !== "") {
+            remove(selectionStart, selectionEnd);
+            insert(cursorPosition, words);
+        }
+    }
 }

@@ -1,13 +1,13 @@
 import QtQuick
 import Velarc
 
-// A sheet that is made when it is first wanted, stands while `presented` says so, and goes when it
-// is closed. `sheet` makes a Sheet.
+// A sheet that is made when it is wanted, stands while `presented` says so, and goes when it is
+// closed. `sheet` names its file, which is not read before: the start of the program has no need of it.
 Loader {
     id: slot
 
     required property bool presented
-    required property Component sheet
+    required property string sheet
 
     // The user closed it.
     signal dismissed
@@ -15,7 +15,7 @@ Loader {
     readonly property Sheet open: item as Sheet
 
     active: false
-    sourceComponent: sheet
+    source: Qt.resolvedUrl("../" + sheet + ".qml")
     onPresentedChanged: follow()
     Component.onCompleted: follow()
     onLoaded: (item as Sheet).open()
