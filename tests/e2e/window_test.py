@@ -150,6 +150,7 @@ class Arrangements(WindowTest):
         self.window.key("Escape")
 
     def test_the_older_one_has_a_strip_of_four_actions_and_no_card(self):
+        self.window.wait_for_focus(EDITOR)
         self.window.find("Action", "heading")
         self.turn_over()
         self.addCleanup(self.return_to_the_newer_one)
