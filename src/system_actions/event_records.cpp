@@ -12,8 +12,10 @@ namespace {
 
 using std::chrono::seconds;
 
-// Beyond so many records in one answer a series gives its first occurrences alone.
+// When an answer holds so many records, or has taken so long, a series gives no more than its first
+// occurrences, as far as they are found with ease.
 constexpr qsizetype kPlenty = 200'000;
+constexpr std::chrono::seconds kLong(3);
 constexpr ExpansionBounds kWhenPlenty{2'000, 20};
 
 UtcWindow utcWindowOf(CalendarWindow window)
@@ -67,14 +69,16 @@ std::optional<Occurrence> occurrenceOf(const IcalSeries &series,
 }
 
 RecordCollector::RecordCollector(CalendarWindow window, ZonePointer system, std::stop_token stop)
-    : m_window(utcWindowOf(window)), m_system(std::move(system)), m_stop(std::move(stop))
+    : m_window(utcWindowOf(window)), m_system(std::move(system)), m_stop(std::move(stop)), m_soon(std::chrono::steady_clock::now() + kLong)
 {
 }
 
 void RecordCollector::take(const IcalSeries &series, const QString &calendarIdentifier)
 {
     throwIfStopped(m_stop);
-    const ExpansionBounds bounds = m_records.size() < kPlenty ? ExpansionBounds() : kWhenPlenty;
+    const bool isPlenty =
+        m_records.size() >= kPlenty || std::chrono::steady_clock::now() >= m_soon;
+    const ExpansionBounds bounds = isPlenty ? kWhenPlenty : ExpansionBounds();
     for (const Occurrence &occurrence :
         occurrencesIn(series, m_window, *m_system, bounds, m_stop)) {
         m_records.append(recordOf(series, occurrence, calendarIdentifier));

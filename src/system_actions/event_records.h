@@ -44,6 +44,7 @@ private:
     UtcWindow m_window;
     ZonePointer m_system;
     std::stop_token m_stop;
+    std::chrono::steady_clock::time_point m_soon;
     QList<CalendarEvent> m_records;
 };
 

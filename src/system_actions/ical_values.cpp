@@ -22,6 +22,7 @@ constexpr UtcTime kLastInstant = std::chrono::sys_days(std::chrono::year(2262) /
 
 // More than these of one kind are no honest calendar's.
 constexpr std::size_t kMostZones = 1000;
+constexpr std::size_t kMostZonesOfAFile = 50;
 
 bool isDigits(QByteArrayView text)
 {
@@ -156,7 +157,7 @@ void ZoneBook::openCalendar(const IcalComponent &calendar)
     m_ofCalendar.clear();
     for (const IcalComponent *definition : calendar.components("VTIMEZONE")) {
         const IcalProperty *name = definition->find("TZID");
-        if (name == nullptr || m_ofCalendar.size() >= kMostZones) {
+        if (name == nullptr || m_ofCalendar.size() >= kMostZonesOfAFile) {
             continue;
         }
         if (m_defined.size() >= kMostZones) {

@@ -1,6 +1,7 @@
 #include "system_actions/recurrence.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 
 namespace velarc {
@@ -155,27 +156,28 @@ private:
 class Expansion
 {
 public:
-    Expansion(const IcalSeries &series, const CalendarZone &system) : m_series(series), m_system(system)
+    Expansion(const IcalSeries &series, const CalendarZone &system)
+        : m_series(series), m_system(system)
     {
+        if (series.master) {
+            m_excluded.emplace(*series.master, system);
+        }
         for (const IcalEvent &event : series.overrides) {
             const UtcTime due = event.recurrenceId->utc(system);
             m_overridden.insert(due);
             if (event.isForFollowingToo) {
-                m_ranges.push_back(&event);
+                m_ranges.insert_or_assign(due, &event);
             } else {
                 m_single.insert(due);
             }
         }
-        std::sort(m_ranges.begin(), m_ranges.end(), [&](const IcalEvent *one, const IcalEvent *other) {
-            return one->recurrenceId->utc(system) > other->recurrenceId->utc(system);
-        });
     }
 
     // How far from its slot an occurrence may begin or end.
     [[nodiscard]] std::chrono::seconds reach() const
     {
         std::chrono::seconds reach = lengthOf(*m_series.master);
-        for (const IcalEvent *event : m_ranges) {
+        for (const auto &[due, event] : m_ranges) {
             const auto moved = event->start.wall - event->recurrenceId->wall;
             reach = std::max(reach, lengthOf(*event) + std::chrono::abs(moved));
         }
@@ -213,7 +215,8 @@ private:
     const CalendarZone &m_system;
     std::set<UtcTime> m_overridden;
     std::set<UtcTime> m_single; // by an override for one occurrence alone
-    std::vector<const IcalEvent *> m_ranges; // the latest first
+    std::map<UtcTime, const IcalEvent *> m_ranges;
+    std::optional<Exclusions> m_excluded;
 
     [[nodiscard]] static std::chrono::seconds lengthOf(const IcalEvent &event)
     {
@@ -226,24 +229,21 @@ private:
         const UtcTime due = event.recurrenceId->utc(m_system);
         return event.isForFollowingToo
             && (m_single.contains(due)
-                || (m_series.master
-                    && Exclusions(*m_series.master, m_system)
-                           .contain(due, event.recurrenceId->wall)));
+                || (m_excluded && m_excluded->contain(due, event.recurrenceId->wall)));
     }
 
     void add(std::vector<Occurrence> &found, const Slot &slot) const
     {
         const IcalEvent *event = &*m_series.master;
         IcalTime start = slot.time;
-        const auto range = std::find_if(m_ranges.begin(), m_ranges.end(), [&](const IcalEvent *one) {
-            return one->recurrenceId->utc(m_system) <= slot.utc;
-        });
-        if (range != m_ranges.end()) {
-            event = *range;
+        const auto next = m_ranges.upper_bound(slot.utc);
+        const bool isChanged = next != m_ranges.begin();
+        if (isChanged) {
+            event = std::prev(next)->second;
             start = {slot.time.wall + (event->start.wall - event->recurrenceId->wall),
                 event->start.form, event->start.zone};
         }
-        if (!event->isCancelled || range == m_ranges.end()) {
+        if (!isChanged || !event->isCancelled) {
             const IcalDuration length = slot.length.value_or(event->length);
             found.push_back(
                 {event, slot.time, start.utc(m_system), endOf(start, length, m_system)});

@@ -1,5 +1,6 @@
 #include "ui/long_text_item.h"
 
+#include <QCursor>
 #include <QClipboard>
 #include <QCursor>
 #include <QGuiApplication>

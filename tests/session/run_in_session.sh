@@ -12,6 +12,7 @@
 #                                     default)
 #                            unlocked the keyring daemon runs, its login collection is unlocked
 #   VELARC_SESSION_SERVICES  a folder whose *.service files the bus knows
+#   VELARC_SESSION_DENIED    a name to which the bus lets nobody speak
 #
 # In the session VELARC_SESSION names its folder, and VELARC_SESSION_PASSWORD is the password of the
 # login collection.
@@ -50,6 +51,9 @@ write_bus_config() {
     [[ $bus != desktop ]] || services='<standard_session_servicedirs/>'
     [[ -z ${VELARC_SESSION_SERVICES:-} ]] \
         || services+="<servicedir>$VELARC_SESSION_SERVICES</servicedir>"
+    local denied=
+    [[ -z ${VELARC_SESSION_DENIED:-} ]] \
+        || denied="<deny send_destination=\"$VELARC_SESSION_DENIED\"/>"
     cat <<END
 <!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
@@ -62,6 +66,7 @@ write_bus_config() {
     <allow send_destination="*" eavesdrop="true"/>
     <allow eavesdrop="true"/>
     <allow own="*"/>
+    $denied
   </policy>
 </busconfig>
 END
