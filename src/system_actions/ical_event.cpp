@@ -94,7 +94,7 @@ void readAdded(IcalEvent &event, const IcalProperty &property, ZoneBook &zones)
     const auto zone = property.parameter("TZID");
     for (const QByteArray &value : property.value.split(',')) {
         const qsizetype slash = value.indexOf('/');
-        const auto start = timeOfIcal(value.left(slash), zone, zones);
+        const auto start = timeOfIcal(slash < 0 ? value : value.left(slash), zone, zones);
         if (!start) {
             continue;
         }

@@ -1,6 +1,5 @@
 #include "ui/long_text_item.h"
 
-#include <QCursor>
 #include <QClipboard>
 #include <QCursor>
 #include <QGuiApplication>

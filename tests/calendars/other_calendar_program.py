@@ -10,9 +10,9 @@ import json
 import pathlib
 import sys
 import uuid
-import zoneinfo
 
 import icalendar
+import pytz
 
 
 def calendars(folder):
@@ -55,21 +55,21 @@ def read(folder):
 
 
 def write(folder):
-    berlin = zoneinfo.ZoneInfo("Europe/Berlin")
+    berlin = pytz.timezone("Europe/Berlin")  # of other zones the library writes "CEST" for a name
     plain = icalendar.Event()
     plain.add("summary", "Fahrrad; Öl, Kette")
-    plain.add("dtstart", datetime.datetime(2025, 5, 1, 15, 0, tzinfo=berlin))
-    plain.add("dtend", datetime.datetime(2025, 5, 1, 16, 0, tzinfo=berlin))
+    plain.add("dtstart", berlin.localize(datetime.datetime(2025, 5, 1, 15, 0)))
+    plain.add("dtend", berlin.localize(datetime.datetime(2025, 5, 1, 16, 0)))
     plain.add("description", "first\nsecond " + "long " * 40)
     day = icalendar.Event()
     day.add("summary", "Whole day")
     day.add("dtstart", datetime.date(2025, 5, 2))
     series = icalendar.Event()
     series.add("summary", "Series")
-    series.add("dtstart", datetime.datetime(2025, 3, 28, 9, 0, tzinfo=berlin))
+    series.add("dtstart", berlin.localize(datetime.datetime(2025, 3, 28, 9, 0)))
     series.add("duration", datetime.timedelta(minutes=20))
     series.add("rrule", {"freq": "daily", "count": 4})
-    series.add("exdate", [datetime.datetime(2025, 3, 29, 9, 0, tzinfo=berlin)])
+    series.add("exdate", [berlin.localize(datetime.datetime(2025, 3, 29, 9, 0))])
     for number, event in enumerate([plain, day, series]):
         event.add("uid", f"other-{number}")
         event.add("dtstamp", datetime.datetime(2025, 1, 1, tzinfo=datetime.timezone.utc))

@@ -25,7 +25,7 @@ QByteArray startsIn2025(const QByteArray &components)
 }
 
 // The fixture's instants come from another program: a rule a line, with its zone, its start and the
-// first twelve occurrences.
+// first twelve occurrences. Two wall times of one moment are one occurrence.
 TEST(Recurrence, rulesGiveWhatAnotherProgramGives)
 {
     const auto lines = fixtureBytes("calendar/recurrences.txt").trimmed().split('\n');

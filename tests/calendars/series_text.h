@@ -2,6 +2,7 @@
 
 // Series from the lines of their events, for tests of what follows from them.
 
+#include "support/printers.h"
 #include "system_actions/recurrence.h"
 
 #include <QStringList>

@@ -8,7 +8,6 @@ class ActionLibraryTest : public AppWorld
 {
 protected:
     ActionLibraryTest() { launch(); }
-    ~ActionLibraryTest() override { scope->finish(); }
 
     ActionLibrary &library() { return viewModel->library(); }
 

@@ -73,7 +73,6 @@ void UiWorld::TearDown()
 {
     window.reset();
     engine.reset();
-    scope->finish(50ms); // what waits for its time ends now
     EXPECT_EQ(WarningLog::lines().join(u'\n').toStdString(), std::string());
 }
 
