@@ -108,8 +108,8 @@ public:
 bool isZoneName(QByteArrayView name)
 {
     const auto isOfName = [](char c) {
-        return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_'
-            || c == '+' || c == '-' || c == '/';
+        return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9')
+            || c == '_' || c == '+' || c == '-' || c == '/';
     };
     return !name.isEmpty() && name.size() <= kLongestName
         && std::all_of(name.begin(), name.end(), isOfName) && !name.startsWith('/')
@@ -158,7 +158,8 @@ UtcTime CalendarZone::utcTimeOf(WallTime wall) const
     if (before == after) {
         return asIfUtc - before;
     }
-    for (const UtcTime utc : {asIfUtc - std::max(before, after), asIfUtc - std::min(before, after)}) {
+    for (const UtcTime utc :
+        {asIfUtc - std::max(before, after), asIfUtc - std::min(before, after)}) {
         if (wallTimeAt(utc) == wall) {
             return utc;
         }

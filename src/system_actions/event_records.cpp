@@ -33,8 +33,8 @@ QString eventIdentifier(const QString &uid, const std::optional<IcalTime> &due)
     return due ? uid + u'#' + occurrenceName(*due) : uid;
 }
 
-CalendarEvent recordOf(const IcalSeries &series, const Occurrence &occurrence,
-    const QString &calendarIdentifier)
+CalendarEvent recordOf(
+    const IcalSeries &series, const Occurrence &occurrence, const QString &calendarIdentifier)
 {
     const IcalEvent &event = *occurrence.event;
     const bool isAllDay = event.start.form == TimeForm::Date;
@@ -61,23 +61,25 @@ QList<EventReference> readingsOf(const QString &identifier)
     return readings;
 }
 
-std::optional<Occurrence> occurrenceOf(const IcalSeries &series,
-    const std::optional<IcalTime> &due, const CalendarZone &system, std::stop_token stop)
+std::optional<Occurrence> occurrenceOf(const IcalSeries &series, const std::optional<IcalTime> &due,
+    const CalendarZone &system, std::stop_token stop)
 {
     return due ? occurrenceDueAt(series, due->utc(system), system, std::move(stop))
                : firstOccurrence(series, system, std::move(stop));
 }
 
 RecordCollector::RecordCollector(CalendarWindow window, ZonePointer system, std::stop_token stop)
-    : m_window(utcWindowOf(window)), m_system(std::move(system)), m_stop(std::move(stop)), m_soon(std::chrono::steady_clock::now() + kLong)
+    : m_window(utcWindowOf(window))
+    , m_system(std::move(system))
+    , m_stop(std::move(stop))
+    , m_soon(std::chrono::steady_clock::now() + kLong)
 {
 }
 
 void RecordCollector::take(const IcalSeries &series, const QString &calendarIdentifier)
 {
     throwIfStopped(m_stop);
-    const bool isPlenty =
-        m_records.size() >= kPlenty || std::chrono::steady_clock::now() >= m_soon;
+    const bool isPlenty = m_records.size() >= kPlenty || std::chrono::steady_clock::now() >= m_soon;
     const ExpansionBounds bounds = isPlenty ? kWhenPlenty : ExpansionBounds();
     for (const Occurrence &occurrence :
         occurrencesIn(series, m_window, *m_system, bounds, m_stop)) {

@@ -10,8 +10,8 @@ namespace velarc {
 // The UID of an event that stands alone; of an occurrence, with its name behind a hash sign.
 [[nodiscard]] QString eventIdentifier(const QString &uid, const std::optional<IcalTime> &due);
 
-[[nodiscard]] CalendarEvent recordOf(const IcalSeries &series, const Occurrence &occurrence,
-    const QString &calendarIdentifier);
+[[nodiscard]] CalendarEvent recordOf(
+    const IcalSeries &series, const Occurrence &occurrence, const QString &calendarIdentifier);
 
 // What a store says when the event to be changed has gone meanwhile.
 [[nodiscard]] CalendarStoreError eventIsGone();

@@ -107,8 +107,8 @@ public:
         };
         m_slots.erase(std::unique(m_slots.begin(), m_slots.end(), isSame), m_slots.end());
         const Exclusions excluded(m_master, m_system);
-        std::erase_if(m_slots,
-            [&](const Slot &slot) { return excluded.contain(slot.utc, slot.time.wall); });
+        std::erase_if(
+            m_slots, [&](const Slot &slot) { return excluded.contain(slot.utc, slot.time.wall); });
         return std::move(m_slots);
     }
 
@@ -189,8 +189,7 @@ public:
     {
         std::vector<Occurrence> found;
         const IcalEvent &master = *m_series.master;
-        for (const Slot &slot :
-            Slots(master, due, m_system, bounds, std::move(stop)).find()) {
+        for (const Slot &slot : Slots(master, due, m_system, bounds, std::move(stop)).find()) {
             if (!m_overridden.contains(slot.utc)) {
                 add(found, slot);
             }
@@ -260,8 +259,8 @@ bool touches(const Occurrence &occurrence, UtcWindow window)
 
 Occurrence single(const IcalEvent &event, const CalendarZone &system)
 {
-    return {&event, std::nullopt, event.start.utc(system),
-        endOf(event.start, event.length, system)};
+    return {
+        &event, std::nullopt, event.start.utc(system), endOf(event.start, event.length, system)};
 }
 
 // Everything that is due in the window, whenever it takes place.
@@ -318,8 +317,7 @@ std::optional<Occurrence> firstOccurrence(
     // Nearly always the first year holds it.
     const UtcTime start = series.master ? series.master->start.utc(system) : kBeginning;
     for (std::chrono::years span(1); span < kLongest; span *= 8) {
-        const auto found =
-            occurrencesDue(series, {kBeginning, start + span}, system, {}, stop);
+        const auto found = occurrencesDue(series, {kBeginning, start + span}, system, {}, stop);
         if (!found.empty()) {
             return *std::min_element(found.begin(), found.end(), isEarlier);
         }
@@ -329,8 +327,8 @@ std::optional<Occurrence> firstOccurrence(
     return first == found.end() ? std::nullopt : std::optional(*first);
 }
 
-std::optional<Occurrence> occurrenceDueAt(const IcalSeries &series, UtcTime due,
-    const CalendarZone &system, std::stop_token stop)
+std::optional<Occurrence> occurrenceDueAt(
+    const IcalSeries &series, UtcTime due, const CalendarZone &system, std::stop_token stop)
 {
     if (!isRecurring(series)) {
         return std::nullopt;

@@ -137,8 +137,8 @@ RuleTimes::RuleTimes(RecurrenceRule rule, WallTime start, TimeForm form)
         makeOrderly(*list);
     }
     const bool isByWeek = !m_rule.weekNumbers.empty();
-    m_firstYear = isByWeek ? weekYear(day, m_rule.weekStart)
-                           : static_cast<int>(year_month_day(day).year());
+    m_firstYear =
+        isByWeek ? weekYear(day, m_rule.weekStart) : static_cast<int>(year_month_day(day).year());
 }
 
 void RuleTimes::skipTo(WallTime wall)
@@ -187,10 +187,9 @@ bool RuleTimes::fillPeriod(StepBudget &budget)
             return false;
         }
         const int number = m_firstYear + static_cast<int>(units);
-        return m_rule.weekNumbers.empty()
-            ? fillDays(newYear(number), newYear(number + 1), budget)
-            : fillDays(firstWeek(number, m_rule.weekStart),
-                firstWeek(number + 1, m_rule.weekStart), budget);
+        return m_rule.weekNumbers.empty() ? fillDays(newYear(number), newYear(number + 1), budget)
+                                          : fillDays(firstWeek(number, m_rule.weekStart),
+                                              firstWeek(number + 1, m_rule.weekStart), budget);
     }
     if (m_rule.frequency == RuleFrequency::Monthly) {
         if (units > qint64(kLastYear) * 12) {

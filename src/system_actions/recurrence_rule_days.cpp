@@ -22,13 +22,14 @@ bool allowsWeekNumber(const RecurrenceRule &rule, local_days day)
     const int number = weekYear(day, rule.weekStart);
     const local_days first = firstWeek(number, rule.weekStart);
     const auto weeks = (firstWeek(number + 1, rule.weekStart) - first).count() / 7;
-    return holdsPlace(rule.weekNumbers, static_cast<int>((day - first).count() / 7) + 1,
-        static_cast<int>(weeks));
+    return holdsPlace(
+        rule.weekNumbers, static_cast<int>((day - first).count() / 7) + 1, static_cast<int>(weeks));
 }
 
 bool isOrdinal(int ordinal, int fromStart, int size)
 {
-    return ordinal > 0 ? (fromStart - 1) / 7 + 1 == ordinal : (size - fromStart) / 7 + 1 == -ordinal;
+    return ordinal > 0 ? (fromStart - 1) / 7 + 1 == ordinal
+                       : (size - fromStart) / 7 + 1 == -ordinal;
 }
 
 // Ordinals count in the month or in the year; where there is neither they say nothing.
@@ -75,9 +76,8 @@ int weekYear(local_days day, std::chrono::weekday weekStart)
 
 bool holdsPlace(const std::vector<int> &list, int fromStart, int size)
 {
-    return std::any_of(list.begin(), list.end(), [=](int place) {
-        return place == fromStart || place == fromStart - size - 1;
-    });
+    return std::any_of(list.begin(), list.end(),
+        [=](int place) { return place == fromStart || place == fromStart - size - 1; });
 }
 
 bool holds(const std::vector<int> &list, int number)

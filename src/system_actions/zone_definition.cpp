@@ -104,9 +104,8 @@ private:
         if (!rule.until) {
             return false;
         }
-        return rule.until->form == TimeForm::Zoned
-            ? momentOf(wall) > rule.until->utc(*utcZone())
-            : wall > rule.until->wall;
+        return rule.until->form == TimeForm::Zoned ? momentOf(wall) > rule.until->utc(*utcZone())
+                                                   : wall > rule.until->wall;
     }
 };
 

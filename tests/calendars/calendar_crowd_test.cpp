@@ -1,6 +1,7 @@
 // Five thousand events and five hundred series, in each store.
 
 #include "calendar_worlds.h"
+
 #include "system_actions/calendar_backend.h"
 #include "system_actions/eds_calendar_store.h"
 
@@ -29,7 +30,8 @@ QList<QByteArray> crowd()
 
 struct FilledStore
 {
-    std::unique_ptr<FolderWorld> folder; // none for the server, to which only its own user may speak
+    std::unique_ptr<FolderWorld>
+        folder; // none for the server, to which only its own user may speak
     std::shared_ptr<CalendarStore> store;
 };
 

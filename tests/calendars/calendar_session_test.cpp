@@ -1,6 +1,8 @@
-// The choice between the stores in real sessions; each suite runs in the one that it is written for.
+// The choice between the stores in real sessions; each suite runs in the one that it is written
+// for.
 
 #include "calendar_worlds.h"
+
 #include "system_actions/calendar_backend.h"
 #include "system_actions/calendar_store_choice.h"
 #include "system_actions/eds_calendar_store.h"
@@ -31,8 +33,7 @@ QString folderOfEvents()
 CalendarEvent newEvent(CalendarStore &store)
 {
     CalendarEvent event;
-    event.calendarIdentifier =
-        outcomeOf(store.defaultCalendarForNewEvents({})).value().identifier;
+    event.calendarIdentifier = outcomeOf(store.defaultCalendarForNewEvents({})).value().identifier;
     event.title = u"Somewhere"_s;
     event.startDate = utc("2025-05-01 12:00");
     event.endDate = utc("2025-05-01 13:00");
@@ -51,8 +52,8 @@ QString messageOf(const std::function<void()> &call)
 
 QVariant askBus(const QString &method, const QString &name)
 {
-    QDBusMessage question = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s,
-        u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, method);
+    QDBusMessage question = QDBusMessage::createMethodCall(
+        u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, method);
     if (!name.isEmpty()) {
         question.setArguments({name});
     }

@@ -1,4 +1,5 @@
 #include "calendar_worlds.h"
+
 #include "system_actions/calendar_store_choice.h"
 
 #include <QDir>
@@ -27,7 +28,10 @@ public:
     {
         return hasDefault ? std::optional(CalendarInfo{m_name, m_name, true}) : std::nullopt;
     }
-    [[nodiscard]] QList<CalendarEvent> events(CalendarWindow, std::stop_token) override { return {}; }
+    [[nodiscard]] QList<CalendarEvent> events(CalendarWindow, std::stop_token) override
+    {
+        return {};
+    }
     [[nodiscard]] std::optional<CalendarEvent> event(const QString &, std::stop_token) override
     {
         return std::nullopt;
@@ -124,7 +128,8 @@ TEST_F(CalendarStoreChoice, chosenServerThatIsOutOfReachIsAFailureAndNoSecondCal
         static_cast<void>(choice());
         ADD_FAILURE() << "another store took its place";
     } catch (const CalendarStoreError &error) {
-        EXPECT_EQ(error.message(), u"The calendar server that holds your events cannot be reached."_s);
+        EXPECT_EQ(
+            error.message(), u"The calendar server that holds your events cannot be reached."_s);
     }
     hasServer = isOnBus = true;
     EXPECT_EQ(choice(), u"server"_s);

@@ -1,4 +1,5 @@
 #include "series_text.h"
+
 #include "support/environment.h"
 #include "system_actions/zone_definition.h"
 
@@ -71,9 +72,8 @@ TEST(CalendarZone, yearsFarAheadFollowTheLastRule)
 
 TEST(CalendarZone, namesOfOtherProgramsAreUnderstood)
 {
-    for (const char *name :
-        {"/freeassociation.sourceforge.net/Europe/Berlin", "/citadel.org/20250101_1/Europe/Berlin",
-            "/vendor.example/Tzfile/Europe/Berlin"}) {
+    for (const char *name : {"/freeassociation.sourceforge.net/Europe/Berlin",
+             "/citadel.org/20250101_1/Europe/Berlin", "/vendor.example/Tzfile/Europe/Berlin"}) {
         const ZonePointer zone = databaseZone(name);
         ASSERT_TRUE(zone) << name;
         EXPECT_EQ(utcOf(zone, "20250701T120000"), "20250701T100000Z");
@@ -119,8 +119,8 @@ TEST(CalendarZone, fileMayDefineAZoneOfItsOwn)
     for (UtcTime at = moment("20000101T000000Z"); at < moment("20500101T000000Z"); at += hours(7)) {
         ASSERT_EQ(zone->offsetAt(at), berlin->offsetAt(at)) << icalOfUtc(at).constData();
     }
-    const IcalSeries series = seriesOf(kBerlin
-        + event("DTSTART;TZID=Our Office:20250329T093000\r\nRRULE:FREQ=DAILY;COUNT=2\r\n"));
+    const IcalSeries series = seriesOf(
+        kBerlin + event("DTSTART;TZID=Our Office:20250329T093000\r\nRRULE:FREQ=DAILY;COUNT=2\r\n"));
     EXPECT_EQ(occurrencesOf(series, "20250101T000000Z", "20260101T000000Z"),
         "20250329T083000Z 20250330T073000Z");
 }
@@ -137,8 +137,8 @@ TEST(CalendarZone, definitionCountsForNamesThatTheDatabaseDoesNotKnow)
     const QByteArray east = event("DTSTART;TZID=Eastern Standard Time:20250701T090000\r\n");
     EXPECT_EQ(occurrencesOf(seriesOf(windows + east), "20250101T000000Z", "20260101T000000Z"),
         "20250701T070000Z");
-    EXPECT_EQ(occurrencesOf(seriesOf(east), "20250101T000000Z", "20260101T000000Z"),
-        "20250701T130000Z");
+    EXPECT_EQ(
+        occurrencesOf(seriesOf(east), "20250101T000000Z", "20260101T000000Z"), "20250701T130000Z");
     EXPECT_EQ(occurrencesOf(seriesOf(event("DTSTART;TZID=Elsewhere:20250701T090000\r\n")),
                   "20250101T000000Z", "20260101T000000Z"),
         "20250701T130000Z")
@@ -186,7 +186,8 @@ TEST(CalendarZone, definitionThatIsWrittenSaysWhatTheZoneDoes)
         EXPECT_EQ(read->name(), name);
         for (UtcTime at = from - hours(24 * 360); at < from + hours(24 * 3600); at += hours(5)) {
             ASSERT_EQ(read->offsetAt(at), zone->offsetAt(at))
-                << name << ' ' << icalOfUtc(at).constData() << '\n' << text.constData();
+                << name << ' ' << icalOfUtc(at).constData() << '\n'
+                << text.constData();
         }
     }
     EXPECT_TRUE(zoneDefinition(*databaseZone("Europe/Berlin"), moment("20260601T000000Z"))

@@ -20,11 +20,13 @@ const IcalComponent &eventIn(const IcalComponent &file)
 
 TEST(IcalText, whatWasReadIsWrittenByteByByte)
 {
-    for (const QByteArray &text : {kFile, QByteArray(kFile).replace("\r\n", "\n"),
-             QByteArray("\xEF\xBB\xBF" + kFile), kFile.chopped(2), QByteArray("\r\n\r\n" + kFile + "\r\n"),
-             QByteArray("begin:vcalendar\nBegin:VEvent\nSUM\n MARY:fol\n\t ded\n \nX-ODD;A=\"b:c;d\":e\n"
-                        "no property at all\nX-CAFÉ:\xff\xfe\nBEGIN:VALARM\nEND:VALARM\nLATE:1\n"
-                        "END:VEVENT\nEND:VCALENDAR\nBEGIN:VCALENDAR\nEND:VCALENDAR")}) {
+    for (const QByteArray &text :
+        {kFile, QByteArray(kFile).replace("\r\n", "\n"), QByteArray("\xEF\xBB\xBF" + kFile),
+            kFile.chopped(2), QByteArray("\r\n\r\n" + kFile + "\r\n"),
+            QByteArray(
+                "begin:vcalendar\nBegin:VEvent\nSUM\n MARY:fol\n\t ded\n \nX-ODD;A=\"b:c;d\":e\n"
+                "no property at all\nX-CAFÉ:\xff\xfe\nBEGIN:VALARM\nEND:VALARM\nLATE:1\n"
+                "END:VEVENT\nEND:VCALENDAR\nBEGIN:VCALENDAR\nEND:VCALENDAR")}) {
         const auto file = readIcal(text);
         ASSERT_TRUE(file) << text.toStdString();
         EXPECT_EQ(writeIcal(*file), text);
@@ -46,8 +48,10 @@ TEST(IcalText, filesThatAreMadeToCostAreNoneAndEndSoon)
 {
     const auto start = std::chrono::steady_clock::now();
     EXPECT_FALSE(readIcal(QByteArray("BEGIN:A\n").repeated(100'000)));
-    EXPECT_FALSE(readIcal(QByteArray("BEGIN:A\n").repeated(17) + QByteArray("END:A\n").repeated(17)));
-    EXPECT_TRUE(readIcal(QByteArray("BEGIN:A\n").repeated(16) + QByteArray("END:A\n").repeated(16)));
+    EXPECT_FALSE(
+        readIcal(QByteArray("BEGIN:A\n").repeated(17) + QByteArray("END:A\n").repeated(17)));
+    EXPECT_TRUE(
+        readIcal(QByteArray("BEGIN:A\n").repeated(16) + QByteArray("END:A\n").repeated(16)));
     EXPECT_FALSE(readIcal("BEGIN:A\n" + QByteArray("X:\n").repeated(kMaxIcalLines) + "END:A\n"));
     EXPECT_FALSE(readIcal("BEGIN:A\nX:" + QByteArray("\n ").repeated(kMaxIcalLines) + "\nEND:A\n"));
     EXPECT_FALSE(readIcal("BEGIN:A\nX:" + QByteArray(kMaxIcalBytes, 'x') + "\nEND:A\n"));
@@ -57,9 +61,10 @@ TEST(IcalText, filesThatAreMadeToCostAreNoneAndEndSoon)
 
 TEST(IcalText, propertyIsFoundByNameWithItsParameters)
 {
-    const auto file = readIcal("BEGIN:VCALENDAR\nBEGIN:VEVENT\n"
-                               "x-two;first=1;Second=\"a:b;c\",d;EMPTY=:value: with colon\nX-TWO:later\n"
-                               "FOLDED:ab\n cd\n\tef\nEND:VEVENT\nEND:VCALENDAR\n");
+    const auto file =
+        readIcal("BEGIN:VCALENDAR\nBEGIN:VEVENT\n"
+                 "x-two;first=1;Second=\"a:b;c\",d;EMPTY=:value: with colon\nX-TWO:later\n"
+                 "FOLDED:ab\n cd\n\tef\nEND:VEVENT\nEND:VCALENDAR\n");
     const IcalComponent &event = eventIn(*file);
     const IcalProperty *property = event.find("X-TWO");
     ASSERT_NE(property, nullptr);
@@ -110,11 +115,13 @@ TEST(IcalText, longLinesAreFoldedBetweenCharacters)
 
 TEST(IcalText, textsComeBackAsTheyWere)
 {
-    for (const QString &text : {u""_s, u"a,b;c\\d:\"e\""_s, u"one\ntwo\n\nfour"_s, u"\\n is no line"_s,
-             u"\ttab"_s, u"end\\"_s, u"😀 日本語"_s}) {
+    for (const QString &text : {u""_s, u"a,b;c\\d:\"e\""_s, u"one\ntwo\n\nfour"_s,
+             u"\\n is no line"_s, u"\ttab"_s, u"end\\"_s, u"😀 日本語"_s}) {
         EXPECT_EQ(textOfIcal(icalOfText(text)), text) << text.toStdString();
     }
-    EXPECT_EQ(textOfIcal(icalOfText(u"a\r\nb\rc\x0001\x001b" "d"_s)), u"a\nb\ncd"_s);
+    EXPECT_EQ(textOfIcal(icalOfText(u"a\r\nb\rc\x0001\x001b"
+                                    "d"_s)),
+        u"a\nb\ncd"_s);
     EXPECT_EQ(textOfIcal("a\\Nb\\,c\\"), u"a\nb,c\\"_s);
 }
 

@@ -1,7 +1,9 @@
-// The folder is shared with other programs: one reads what is written here, and writes what is read.
+// The folder is shared with other programs: one reads what is written here, and writes what is
+// read.
+
+#include "calendar_worlds.h"
 
 #include "base/json.h"
-#include "calendar_worlds.h"
 #include "system_actions/vdir_calendar_store.h"
 
 #include <QDir>
@@ -48,7 +50,8 @@ protected:
 
 TEST_F(OtherCalendarProgram, readsWhatIsWrittenHere)
 {
-    const CalendarEvent event = make(u"Zahnärztin"_s, utc("2025-05-01 13:00"), utc("2025-05-01 13:30"));
+    const CalendarEvent event =
+        make(u"Zahnärztin"_s, utc("2025-05-01 13:00"), utc("2025-05-01 13:30"));
     static_cast<void>(make(u"Winter"_s, utc("2025-12-01 13:00"), utc("2025-12-01 13:00")));
     static_cast<void>(make(u"Second 01:30"_s, utc("2026-11-01 06:30"), utc("2026-11-01 06:45")));
     const Json records = readThere();
@@ -98,7 +101,8 @@ TEST_F(OtherCalendarProgram, readsChangesThatWereMadeHereToItsSeries)
     for (const QString &name : QDir(personal()).entryList({u"*.ics"_s})) {
         text += readFile(personal() + u'/' + name);
     }
-    EXPECT_TRUE(text.contains("RECURRENCE-ID;TZID=Europe/Berlin:20250330T090000")) << text.toStdString();
+    EXPECT_TRUE(text.contains("RECURRENCE-ID;TZID=Europe/Berlin:20250330T090000"))
+        << text.toStdString();
     EXPECT_TRUE(text.contains("DTSTART;TZID=Europe/Berlin:20250330T140000")) << text.toStdString();
     EXPECT_TRUE(text.contains("EXDATE;TZID=Europe/Berlin:20250331T090000")) << text.toStdString();
 }

@@ -1,8 +1,8 @@
 #include "series_text.h"
-#include "support/fixture.h"
-#include "system_actions/event_records.h"
 
 #include "base/errors.h"
+#include "support/fixture.h"
+#include "system_actions/event_records.h"
 
 #include <chrono>
 
@@ -32,8 +32,8 @@ TEST(Recurrence, rulesGiveWhatAnotherProgramGives)
     ASSERT_GE(lines.size(), 80);
     for (const QByteArray &line : lines) {
         const QList<QByteArray> fields = line.split('|');
-        const IcalSeries series = seriesOf(event("DTSTART;TZID=" + fields[0] + ':' + fields[1]
-            + "\r\nRRULE:" + fields[2] + "\r\n"));
+        const IcalSeries series = seriesOf(event(
+            "DTSTART;TZID=" + fields[0] + ':' + fields[1] + "\r\nRRULE:" + fields[2] + "\r\n"));
         const QByteArray last = fields[3].split(' ').last();
         EXPECT_EQ(occurrencesOf(series, "19900101T000000Z", last), fields[3]) << line.constData();
     }
@@ -41,11 +41,10 @@ TEST(Recurrence, rulesGiveWhatAnotherProgramGives)
 
 TEST(Recurrence, windowFarFromTheStartHoldsTheSame)
 {
-    for (const QByteArray &line :
-        fixtureBytes("calendar/recurrences.txt").trimmed().split('\n')) {
+    for (const QByteArray &line : fixtureBytes("calendar/recurrences.txt").trimmed().split('\n')) {
         const QList<QByteArray> fields = line.split('|');
-        const IcalSeries series = seriesOf(event("DTSTART;TZID=" + fields[0] + ':' + fields[1]
-            + "\r\nRRULE:" + fields[2] + "\r\n"));
+        const IcalSeries series = seriesOf(event(
+            "DTSTART;TZID=" + fields[0] + ':' + fields[1] + "\r\nRRULE:" + fields[2] + "\r\n"));
         for (const QByteArray &start : fields[3].split(' ')) {
             EXPECT_EQ(occurrencesOf(series, start, start), start) << line.constData();
         }
@@ -82,8 +81,8 @@ TEST(Recurrence, hostileRulesEndSoon)
         const auto start = std::chrono::steady_clock::now();
         const IcalSeries series =
             seriesOf(event(QByteArray("DTSTART:19700101T000000Z\r\nRRULE:") + rule + "\r\n"));
-        const auto found = occurrencesIn(series,
-            {moment("20250101T000000Z"), moment("20260101T000000Z")}, *utcZone(), {}, {});
+        const auto found = occurrencesIn(
+            series, {moment("20250101T000000Z"), moment("20260101T000000Z")}, *utcZone(), {}, {});
         EXPECT_LE(found.size(), ExpansionBounds().occurrences) << rule;
         EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(500)) << rule;
         EXPECT_TRUE(firstOccurrence(series, *utcZone(), {})) << rule;
@@ -116,30 +115,34 @@ TEST(Recurrence, stoppedExpansionEnds)
     stop.request_stop();
     const IcalSeries series =
         seriesOf(event("DTSTART:19700101T000000Z\r\nRRULE:FREQ=SECONDLY;COUNT=99999999\r\n"));
-    EXPECT_THROW(static_cast<void>(occurrencesIn(series,
-                     {moment("20250101T000000Z"), moment("20260101T000000Z")}, *utcZone(), {},
-                     stop.get_token())),
+    EXPECT_THROW(static_cast<void>(
+                     occurrencesIn(series, {moment("20250101T000000Z"), moment("20260101T000000Z")},
+                         *utcZone(), {}, stop.get_token())),
         CancellationError);
 }
 
 TEST(Recurrence, startIsTheFirstOccurrenceEvenWhereTheRuleDoesNotHoldIt)
 {
-    EXPECT_EQ(startsIn2025(event("DTSTART:20250304T090000Z\r\nRRULE:FREQ=WEEKLY;BYDAY=MO;COUNT=3\r\n")),
+    EXPECT_EQ(
+        startsIn2025(event("DTSTART:20250304T090000Z\r\nRRULE:FREQ=WEEKLY;BYDAY=MO;COUNT=3\r\n")),
         "20250304T090000Z 20250310T090000Z 20250317T090000Z");
 }
 
 TEST(Recurrence, endOfARuleBelongsToIt)
 {
-    const QByteArray daily = "DTSTART;TZID=America/New_York:20250307T220000\r\nRRULE:FREQ=DAILY;UNTIL=";
+    const QByteArray daily =
+        "DTSTART;TZID=America/New_York:20250307T220000\r\nRRULE:FREQ=DAILY;UNTIL=";
     // In UTC the last one lies on the next day already, and the clock was changed before it.
     EXPECT_EQ(startsIn2025(event(daily + "20250310T020000Z\r\n")),
         "20250308T030000Z 20250309T030000Z 20250310T020000Z");
-    EXPECT_EQ(startsIn2025(event(daily + "20250310T015959Z\r\n")), "20250308T030000Z 20250309T030000Z");
+    EXPECT_EQ(
+        startsIn2025(event(daily + "20250310T015959Z\r\n")), "20250308T030000Z 20250309T030000Z");
     EXPECT_EQ(startsIn2025(event(daily + "20250309T220000\r\n")),
         "20250308T030000Z 20250309T030000Z 20250310T020000Z");
     EXPECT_EQ(startsIn2025(event(daily + "20250309\r\n")),
         "20250308T030000Z 20250309T030000Z 20250310T020000Z");
-    EXPECT_EQ(startsIn2025(event("DTSTART;VALUE=DATE:20250307\r\nRRULE:FREQ=DAILY;UNTIL=20250309\r\n")),
+    EXPECT_EQ(
+        startsIn2025(event("DTSTART;VALUE=DATE:20250307\r\nRRULE:FREQ=DAILY;UNTIL=20250309\r\n")),
         "20250307T050000Z 20250308T050000Z 20250309T050000Z");
 }
 
@@ -149,9 +152,9 @@ TEST(Recurrence, occurrencesCanBeAddedByDateTimeAndPeriod)
                                   "RDATE:20250601T120000Z\r\n")),
         "20250303T140000Z 20250310T130000Z 20250317T130000Z 20250324T130000Z 20250501T160000Z "
         "20250601T120000Z");
-    const IcalSeries series =
-        seriesOf(event("DTSTART:20250301T120000Z\r\nDURATION:PT1H\r\n"
-                       "RDATE;VALUE=PERIOD:20250302T120000Z/PT15M,20250303T120000Z/20250303T143000Z\r\n"));
+    const IcalSeries series = seriesOf(
+        event("DTSTART:20250301T120000Z\r\nDURATION:PT1H\r\n"
+              "RDATE;VALUE=PERIOD:20250302T120000Z/PT15M,20250303T120000Z/20250303T143000Z\r\n"));
     EXPECT_EQ(occurrencesOf(series, "20250101T000000Z", kEver, Tell::Lengths), "60 15 150");
 }
 
@@ -165,7 +168,8 @@ TEST(Recurrence, occurrencesCanBeLeftOutInEveryForm)
     EXPECT_EQ(startsIn2025(weekly("EXDATE;VALUE=DATE:20250310\r\n")), rest) << "the whole day";
     EXPECT_EQ(startsIn2025(weekly("EXDATE:20250310T130000Z,20250303T140000Z,garbage\r\n")),
         "20250317T130000Z 20250324T130000Z");
-    EXPECT_EQ(startsIn2025(weekly("EXDATE:20250310T130001Z\r\n")).count('Z'), 4) << "another moment";
+    EXPECT_EQ(startsIn2025(weekly("EXDATE:20250310T130001Z\r\n")).count('Z'), 4)
+        << "another moment";
     EXPECT_EQ(startsIn2025(event("DTSTART;VALUE=DATE:20250310\r\nRRULE:FREQ=DAILY;COUNT=2\r\n"
                                  "EXDATE:20250310T000000\r\n")),
         "20250311T040000Z");
@@ -199,9 +203,11 @@ TEST(Recurrence, changeMayHoldForTheFollowingOccurrencesToo)
               "DTSTART;TZID=America/New_York:20250310T103000\r\nDURATION:PT15M\r\n");
     EXPECT_EQ(startsIn2025(weekly({}) + shifted),
         "20250303T140000Z 20250310T143000Z 20250317T143000Z 20250324T143000Z");
-    EXPECT_EQ(occurrencesOf(seriesOf(weekly({}) + shifted), "20250101T000000Z", kEver, Tell::Lengths),
+    EXPECT_EQ(
+        occurrencesOf(seriesOf(weekly({}) + shifted), "20250101T000000Z", kEver, Tell::Lengths),
         "60 15 15 15");
-    const QByteArray single = event("RECURRENCE-ID:20250317T130000Z\r\nDTSTART:20250317T200000Z\r\n");
+    const QByteArray single =
+        event("RECURRENCE-ID:20250317T130000Z\r\nDTSTART:20250317T200000Z\r\n");
     EXPECT_EQ(startsIn2025(weekly({}) + shifted + single),
         "20250303T140000Z 20250310T143000Z 20250317T200000Z 20250324T143000Z");
     EXPECT_EQ(startsIn2025(weekly("EXDATE:20250310T130000Z\r\n") + shifted),
@@ -220,9 +226,9 @@ TEST(Recurrence, occurrenceWhoseSeriesIsMissingStandsByItself)
 TEST(Recurrence, lengthByAnEndIsTimeThatPasses)
 {
     // From Saturday evening to Sunday morning, a week before the clock is changed and then.
-    const IcalSeries series =
-        seriesOf(event("DTSTART;TZID=America/New_York:20250301T220000\r\n"
-                       "DTEND;TZID=America/New_York:20250302T060000\r\nRRULE:FREQ=WEEKLY;COUNT=2\r\n"));
+    const IcalSeries series = seriesOf(
+        event("DTSTART;TZID=America/New_York:20250301T220000\r\n"
+              "DTEND;TZID=America/New_York:20250302T060000\r\nRRULE:FREQ=WEEKLY;COUNT=2\r\n"));
     EXPECT_EQ(occurrencesOf(series, "20250101T000000Z", kEver, Tell::Lengths), "480 480");
 }
 
@@ -231,8 +237,9 @@ TEST(Recurrence, lengthInDaysIsCountedOnTheCalendar)
     const IcalSeries series = seriesOf(event("DTSTART;TZID=America/New_York:20250301T220000\r\n"
                                              "DURATION:P1D\r\nRRULE:FREQ=WEEKLY;COUNT=2\r\n"));
     EXPECT_EQ(occurrencesOf(series, "20250101T000000Z", kEver, Tell::Lengths), "1440 1380");
-    const IcalSeries days = seriesOf(event("DTSTART;VALUE=DATE:20250308\r\n"
-                                           "DTEND;VALUE=DATE:20250310\r\nRRULE:FREQ=DAILY;COUNT=1\r\n"));
+    const IcalSeries days =
+        seriesOf(event("DTSTART;VALUE=DATE:20250308\r\n"
+                       "DTEND;VALUE=DATE:20250310\r\nRRULE:FREQ=DAILY;COUNT=1\r\n"));
     EXPECT_EQ(occurrencesOf(days, "20250101T000000Z", kEver, Tell::Lengths), "2820");
 }
 
@@ -243,8 +250,8 @@ TEST(Recurrence, endsThatMakeNoSenseGiveNoLength)
         const IcalSeries series = seriesOf(event(QByteArray("DTSTART:20250301T120000Z\r\n") + end));
         EXPECT_EQ(occurrencesOf(series, "20250101T000000Z", kEver, Tell::Lengths), "0") << end;
     }
-    const IcalSeries day = seriesOf(
-        event("DTSTART;VALUE=DATE:20250301\r\nDTEND;VALUE=DATE:20250301\r\n"));
+    const IcalSeries day =
+        seriesOf(event("DTSTART;VALUE=DATE:20250301\r\nDTEND;VALUE=DATE:20250301\r\n"));
     EXPECT_EQ(occurrencesOf(day, "20250101T000000Z", kEver, Tell::Lengths), "1440");
 }
 

@@ -46,16 +46,15 @@ enum class Tell
 {
     std::vector<Occurrence> found = occurrencesIn(
         series, {moment(from), moment(to)}, *databaseZone("America/New_York"), {}, {});
-    std::sort(found.begin(), found.end(), [](const Occurrence &left, const Occurrence &right) {
-        return left.start < right.start;
-    });
+    std::sort(found.begin(), found.end(),
+        [](const Occurrence &left, const Occurrence &right) { return left.start < right.start; });
     QList<QByteArray> texts;
     for (const Occurrence &occurrence : found) {
         texts.append(tell == Tell::Starts ? icalOfUtc(occurrence.start)
                 : tell == Tell::Ends      ? icalOfUtc(occurrence.end)
-                : QByteArray::number(
-                    std::chrono::floor<std::chrono::minutes>(occurrence.end - occurrence.start)
-                        .count()));
+                                     : QByteArray::number(std::chrono::floor<std::chrono::minutes>(
+                                         occurrence.end - occurrence.start)
+                                                              .count()));
     }
     return texts.join(' ');
 }

@@ -1,4 +1,5 @@
 #include "calendar_worlds.h"
+
 #include "support/environment.h"
 #include "system_actions/vdir_calendar_store.h"
 
@@ -6,7 +7,6 @@
 #include <QFile>
 
 #include <gmock/gmock.h>
-
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -94,7 +94,8 @@ TEST_F(VdirCalendarStore, newEventIsAFileForItsUserAlone)
         EXPECT_EQ(status.st_mode & 0777U, mode) << path.toStdString();
     }
     const QByteArray text = world.written();
-    EXPECT_TRUE(text.contains("BEGIN:VTIMEZONE\r\nTZID:America/New_York\r\n")) << text.toStdString();
+    EXPECT_TRUE(text.contains("BEGIN:VTIMEZONE\r\nTZID:America/New_York\r\n"))
+        << text.toStdString();
     EXPECT_TRUE(text.contains("DTSTART;TZID=America/New_York:20250501T080000\r\n"));
 }
 
@@ -137,8 +138,9 @@ TEST_F(VdirCalendarStore, fileGoesWithItsLastEvent)
 
 TEST_F(VdirCalendarStore, brokenAndForeignFilesAreSkippedAndLeftAlone)
 {
-    const QList<std::pair<QString, QByteArray>> odd{{u"cut.ics"_s, calendarWith({kPlain}).chopped(20)},
-        {u"empty.ics"_s, {}}, {u"picture.ics"_s, QByteArray("\x89PNG\0\0\xff", 7)},
+    const QList<std::pair<QString, QByteArray>> odd{
+        {u"cut.ics"_s, calendarWith({kPlain}).chopped(20)}, {u"empty.ics"_s, {}},
+        {u"picture.ics"_s, QByteArray("\x89PNG\0\0\xff", 7)},
         {u"deep.ics"_s, QByteArray("BEGIN:VEVENT\n").repeated(100'000)},
         {u"huge.ics"_s, calendarWith({kPlain}) + QByteArray(kMaxIcalBytes, '\n')},
         {u"notes.txt"_s, calendarWith({kPlain})}, {u".hidden.ics"_s, calendarWith({kPlain})},
@@ -340,10 +342,11 @@ TEST_F(VdirCalendarStore, writeThatBreaksOffLeavesEverythingAsItWas)
 
 TEST_F(VdirCalendarStore, editOfAnOccurrenceIsAnOverrideBesideItsSeries)
 {
-    const QByteArray series = "UID:s\r\nDTSTAMP:20250101T000000Z\r\nSEQUENCE:3\r\n"
-                              "SUMMARY:Team\r\nDTSTART;TZID=W. Europe Standard Time:20250303T090000\r\n"
-                              "DURATION:PT1H\r\nRRULE:FREQ=WEEKLY;COUNT=3\r\nEXDATE;TZID=W. Europe Standa"
-                              "rd Time:20250317T090000\r\nATTENDEE:mailto:a@example.org\r\n";
+    const QByteArray series =
+        "UID:s\r\nDTSTAMP:20250101T000000Z\r\nSEQUENCE:3\r\n"
+        "SUMMARY:Team\r\nDTSTART;TZID=W. Europe Standard Time:20250303T090000\r\n"
+        "DURATION:PT1H\r\nRRULE:FREQ=WEEKLY;COUNT=3\r\nEXDATE;TZID=W. Europe Standa"
+        "rd Time:20250317T090000\r\nATTENDEE:mailto:a@example.org\r\n";
     world.put({series});
     CalendarEvent event = store.event(u"s#20250310T080000Z"_s, {}).value();
     event.title = u"Team, big room"_s;
@@ -371,9 +374,10 @@ TEST_F(VdirCalendarStore, removalOfAnOccurrenceIsAnExceptionInTheZoneOfItsSeries
 TEST_F(VdirCalendarStore, occurrenceOfAChangeForAllThatFollowIsChangedAlone)
 {
     writeFile(world.personal() + u"/s.ics"_s,
-        calendarWith({"UID:s\r\nSUMMARY:Old\r\nDTSTART:20250303T090000Z\r\nRRULE:FREQ=WEEKLY;COUNT=4\r\n",
-            "UID:s\r\nSUMMARY:New\r\nRECURRENCE-ID;RANGE=THISANDFUTURE:20250310T090000Z\r\n"
-            "DTSTART:20250310T100000Z\r\n"}));
+        calendarWith(
+            {"UID:s\r\nSUMMARY:Old\r\nDTSTART:20250303T090000Z\r\nRRULE:FREQ=WEEKLY;COUNT=4\r\n",
+                "UID:s\r\nSUMMARY:New\r\nRECURRENCE-ID;RANGE=THISANDFUTURE:20250310T090000Z\r\n"
+                "DTSTART:20250310T100000Z\r\n"}));
     for (const auto *id : {u"s#20250310T090000Z", u"s#20250317T090000Z"}) {
         CalendarEvent event = store.event(QString::fromUtf16(id), {}).value();
         EXPECT_EQ(event.title, u"New"_s);
