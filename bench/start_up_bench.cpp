@@ -6,6 +6,7 @@
 #include "run/app_view_model.h"
 #include "run/windowless_seams.h"
 #include "store/sqlite_defaults_domain.h"
+#include "system_actions/system_actions.h"
 
 #include <QTemporaryDir>
 
@@ -26,6 +27,18 @@ public:
     QCoro::Task<void> deleteAPIKey(AIProvider, std::stop_token) override { co_return; }
     QList<AIProvider> providersWithStoredKey(std::chrono::milliseconds) override { return {}; }
     void saveWithoutPrompting(const Secret &, AIProvider, std::chrono::milliseconds) override {}
+};
+
+// No start carries any out.
+class NoSystemActions final : public SystemActionExecuting
+{
+public:
+    QCoro::Task<SystemActionExecutionResult> execute(
+        SystemDestinationKind kind, QString, std::stop_token) override
+    {
+        throw SystemActionOrchestratorError::unsupportedDestination(kind);
+        co_return SystemActionExecutionResult();
+    }
 };
 
 AppServices servicesOver(std::shared_ptr<const LocalStore> store)

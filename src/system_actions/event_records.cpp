@@ -2,6 +2,7 @@
 
 #include "base/async.h"
 
+#include <ctime>
 #include <utility>
 
 namespace velarc {
@@ -12,11 +13,19 @@ namespace {
 
 using std::chrono::seconds;
 
-// When an answer holds so many records, or has taken so long, a series gives no more than its first
-// occurrences, as far as they are found with ease.
+// When an answer holds so many records, or has cost so much, a series gives no more than its first
+// occurrences in the window, as far as they are found with ease: more than are ever listed.
 constexpr qsizetype kPlenty = 200'000;
-constexpr std::chrono::seconds kLong(3);
-constexpr ExpansionBounds kWhenPlenty{2'000, 20};
+constexpr seconds kMostCost(3);
+constexpr ExpansionBounds kWhenPlenty{2'000, 30};
+
+// Of the thread alone, so that what else runs on the machine changes no answer.
+std::chrono::nanoseconds costSoFar()
+{
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
 
 UtcWindow utcWindowOf(CalendarWindow window)
 {
@@ -72,15 +81,18 @@ RecordCollector::RecordCollector(CalendarWindow window, ZonePointer system, std:
     : m_window(utcWindowOf(window))
     , m_system(std::move(system))
     , m_stop(std::move(stop))
-    , m_soon(std::chrono::steady_clock::now() + kLong)
+    , m_most(costSoFar() + kMostCost)
 {
 }
 
 void RecordCollector::take(const IcalSeries &series, const QString &calendarIdentifier)
 {
     throwIfStopped(m_stop);
-    const bool isPlenty = m_records.size() >= kPlenty || std::chrono::steady_clock::now() >= m_soon;
-    const ExpansionBounds bounds = isPlenty ? kWhenPlenty : ExpansionBounds();
+    constexpr int kBetweenQuestions = 64; // which cost more than most series do
+    if (++m_taken % kBetweenQuestions == 0 && !m_isPlenty) {
+        m_isPlenty = m_records.size() >= kPlenty || costSoFar() >= m_most;
+    }
+    const ExpansionBounds bounds = m_isPlenty ? kWhenPlenty : ExpansionBounds();
     for (const Occurrence &occurrence :
         occurrencesIn(series, m_window, *m_system, bounds, m_stop)) {
         m_records.append(recordOf(series, occurrence, calendarIdentifier));

@@ -29,7 +29,7 @@ struct EventReference
     const std::optional<IcalTime> &due, const CalendarZone &system, std::stop_token stop);
 
 // The records of every series in the window. The earliest occurrences are kept where hostile rules
-// make more of them than anybody reads.
+// make more of them than anybody reads. One thread.
 //
 // Stop: CancellationError.
 class RecordCollector
@@ -44,7 +44,9 @@ private:
     UtcWindow m_window;
     ZonePointer m_system;
     std::stop_token m_stop;
-    std::chrono::steady_clock::time_point m_soon;
+    std::chrono::nanoseconds m_most; // that the thread may have cost when it ends
+    int m_taken = 0;
+    bool m_isPlenty = false;
     QList<CalendarEvent> m_records;
 };
 

@@ -3,6 +3,8 @@
 
 #include "calendar_worlds.h"
 
+#include "fakes/fake_clock.h"
+#include "system_actions/calendar_action_service.h"
 #include "system_actions/calendar_backend.h"
 #include "system_actions/calendar_store_choice.h"
 #include "system_actions/eds_calendar_store.h"
@@ -44,7 +46,7 @@ QString messageOf(const std::function<void()> &call)
 {
     try {
         call();
-    } catch (const CalendarStoreError &error) {
+    } catch (const UserFacingError &error) {
         return error.message();
     }
     return {};
@@ -114,6 +116,39 @@ TEST(CalendarDenied, accessIsNotGranted)
     EXPECT_FALSE(outcomeOf(store->requestFullAccessToEvents({})));
     EXPECT_NE(messageOf([&] { static_cast<void>(outcomeOf(store->calendars({}))); }), QString());
     EXPECT_FALSE(QFile::exists(folderOfEvents()));
+}
+
+// The server's own calendar is switched off before the server starts.
+class CalendarWithoutDefault : public testing::Test
+{
+protected:
+    CalendarWithoutDefault()
+    {
+        writeFile(qEnvironmentVariable("XDG_CONFIG_HOME")
+                + u"/evolution/sources/system-calendar.source"_s,
+            "[Data Source]\nDisplayName=Personal\nEnabled=false\nParent=local-stub\n"
+            "[Calendar]\nBackendName=local\n");
+    }
+};
+
+TEST_F(CalendarWithoutDefault, serverHasNoWritableCalendar)
+{
+    const auto store = std::make_shared<BackgroundCalendarStore>(
+        std::make_shared<EdsCalendars>(loadCalendarServer()));
+    EXPECT_EQ(outcomeOf(store->defaultCalendarForNewEvents({})), std::nullopt);
+    CalendarActionService service(store, std::make_shared<FakeClock>());
+    EXPECT_EQ(
+        messageOf([&] { static_cast<void>(outcomeOf(service.createEvent(u"title: x"_s, {}))); }),
+        u"No writable calendar is available."_s);
+}
+
+TEST_F(CalendarWithoutDefault, firstEventGoesToTheFolder)
+{
+    EXPECT_TRUE(askSessionBus().hasCalendarServer);
+    const CalendarEvent event = newEvent(*makeCalendarStore());
+    EXPECT_EQ(readFile(stateFile()), "folder\n");
+    EXPECT_TRUE(QFile::exists(folderOfEvents() + u'/' + event.identifier + u".ics"_s));
+    ASSERT_TRUE(QFile::remove(stateFile()));
 }
 
 TEST(CalendarWithoutServer, firstEventGoesToTheFolderAndSettlesTheChoice)

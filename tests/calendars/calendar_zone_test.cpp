@@ -1,5 +1,6 @@
 #include "series_text.h"
 
+#include "support/cpu_time.h"
 #include "support/environment.h"
 #include "system_actions/zone_definition.h"
 
@@ -161,7 +162,7 @@ TEST(CalendarZone, brokenDefinitionsAreNone)
 
 TEST(CalendarZone, hostileDefinitionsEndSoon)
 {
-    const auto begin = std::chrono::steady_clock::now();
+    const auto begin = threadCpuTime();
     QByteArray text = "BEGIN:VTIMEZONE\r\nTZID:X\r\n";
     for (int count = 0; count < 300; ++count) {
         text += "BEGIN:STANDARD\r\nDTSTART:16010101T000000\r\nRRULE:FREQ=SECONDLY\r\n"
@@ -169,7 +170,7 @@ TEST(CalendarZone, hostileDefinitionsEndSoon)
                 "TZOFFSETTO:+0200\r\nEND:STANDARD\r\n";
     }
     EXPECT_TRUE(zoneOf(text + "END:VTIMEZONE\r\n"));
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
+    EXPECT_LT(threadCpuTime() - begin, std::chrono::seconds(2));
 }
 
 TEST(CalendarZone, definitionThatIsWrittenSaysWhatTheZoneDoes)

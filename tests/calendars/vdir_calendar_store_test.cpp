@@ -1,6 +1,9 @@
 #include "calendar_worlds.h"
 
+#include "fakes/fake_clock.h"
+#include "support/cpu_time.h"
 #include "support/environment.h"
+#include "system_actions/calendar_action_service.h"
 #include "system_actions/vdir_calendar_store.h"
 
 #include <QDir>
@@ -160,6 +163,22 @@ TEST_F(VdirCalendarStore, brokenAndForeignFilesAreSkippedAndLeftAlone)
     }
 }
 
+TEST_F(VdirCalendarStore, crowdOfHostileSeriesEndsSoonAndHidesNothing)
+{
+    for (int number = 0; number < 400; ++number) {
+        writeFile(world.personal() + u"/bad-"_s + QString::number(number) + u".ics"_s,
+            calendarWith({"UID:bad-" + QByteArray::number(number)
+                + "\r\nDTSTART:19700101T000000Z\r\nRRULE:FREQ=SECONDLY"
+                + (number % 2 == 0 ? "" : ";COUNT=2000000000") + "\r\n"}));
+    }
+    world.put({kPlain});
+    QStringList found;
+    EXPECT_LT(cpuTime([&] { found = titles(); }), std::chrono::seconds(10));
+    EXPECT_EQ(found.count(u"Plain"_s), 1);
+    EXPECT_LT(found.size(), 1'000'000);
+    EXPECT_EQ(store.event(u"plain"_s, {})->title, u"Plain"_s);
+}
+
 TEST_F(VdirCalendarStore, linksAreNotFollowed)
 {
     QDir().mkpath(world.personal());
@@ -243,6 +262,13 @@ TEST_F(VdirCalendarStore, thereIsNoDefaultWhereNothingCanBeWritten)
     QDir().mkpath(world.root() + u"/Work"_s);
     close(u"Work"_s, QFile::ReadOwner | QFile::ExeOwner);
     EXPECT_EQ(store.defaultCalendar({}), std::nullopt);
+    CalendarActionService service(world.open(), std::make_shared<FakeClock>());
+    try {
+        static_cast<void>(outcomeOf(service.createEvent(u"title: x"_s, {})));
+        ADD_FAILURE() << "it was created";
+    } catch (const CalendarActionServiceError &error) {
+        EXPECT_EQ(error.message(), u"No writable calendar is available."_s);
+    }
 }
 
 TEST_F(VdirCalendarStore, titleIsWhatTheFolderSaysOfItself)
