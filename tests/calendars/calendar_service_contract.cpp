@@ -120,10 +120,9 @@ TEST_P(CalendarServiceContract, oneOccurrenceOfASeriesIsEditedAndOneDeleted)
 
 TEST_P(CalendarServiceContract, readOnlyCalendarIsPassedOverWithoutAWord)
 {
-    const QString closed = world->readOnlyCalendar();
-    const auto created = create(u"title: Review\ncalendar: "_s + closed);
-    EXPECT_EQ(
-        find(created.primaryEventID.value())->calendarIdentifier, defaultCalendar().identifier);
+    const QString personal = defaultCalendar().identifier;
+    const auto created = create(u"title: Review\ncalendar: "_s + world->readOnlyCalendar());
+    EXPECT_EQ(find(created.primaryEventID.value())->calendarIdentifier, personal);
 }
 
 TEST_P(CalendarServiceContract, endBeforeTheStartChangesNothing)
