@@ -328,6 +328,16 @@ TEST(ExportedPages, longChineseAndArabicParagraphsLoseNothing)
     EXPECT_EQ(letters(Exported(arabic).bodies()), letters(arabic));
 }
 
+// A thousand bytes of them fill no line, and their own bytes do not end where the thousand do.
+TEST(ExportedPages, charactersWithoutWidthStayWhole)
+{
+    for (const QString &mark : {u"\u0301"_s, u"\u200B"_s, u"\U000E0101"_s}) {
+        const QString said = letters(Exported(u"be"_s + mark.repeated(2'000) + u"hind"_s).bodies());
+        EXPECT_FALSE(said.contains(QChar(QChar::ReplacementCharacter))) << said.toStdString();
+        EXPECT_TRUE(said.startsWith(u"b"_s) && said.endsWith(u"hind"_s)) << said.toStdString();
+    }
+}
+
 TEST(ExportedPages, anyEndOfLineIsOneLineEnd)
 {
     const auto page = Exported(u"a\r\nb\rc\nd\u2028e\u2029f\vg\u0085h"_s).words().first();

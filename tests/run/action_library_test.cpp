@@ -8,6 +8,7 @@ class ActionLibraryTest : public AppWorld
 {
 protected:
     ActionLibraryTest() { launch(); }
+    ~ActionLibraryTest() override { scope->finish(); }
 
     ActionLibrary &library() { return viewModel->library(); }
 

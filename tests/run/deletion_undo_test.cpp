@@ -7,6 +7,7 @@ class DeletionUndoTest : public AppWorld
 {
 protected:
     DeletionUndoTest() { launch(); }
+    ~DeletionUndoTest() override { scope->finish(); }
 
     ActionLibrary &library() { return viewModel->library(); }
 

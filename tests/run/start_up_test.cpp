@@ -8,6 +8,8 @@ namespace {
 class StartUpTest : public AppWorld
 {
 protected:
+    ~StartUpTest() override { scope->finish(); }
+
     [[nodiscard]] static QByteArray actionJson(
         const char *id, const char *name, const QByteArray &rest = {})
     {

@@ -64,6 +64,7 @@ QStringList &WarningLog::lines()
 
 UiWorld::~UiWorld()
 {
+    scope->finish();
     window.reset();
     engine.reset();
     screens.reset();
