@@ -18,7 +18,6 @@ T.Popup {
     property alias foot: footRow.data
     default property alias body: bodyArea.data
     property Item focusedBefore: null
-    property bool heldFocus: false // when it began to close; another sheet may have taken it
 
     parent: T.Overlay.overlay
     modal: true
@@ -37,14 +36,21 @@ T.Popup {
     }
 
     onAboutToShow: focusedBefore = parent.Window.activeFocusItem
-    onAboutToHide: heldFocus = contentItem.activeFocus
     onClosed: {
-        if (heldFocus && focusedBefore !== null && focusedBefore.visible) {
-            focusedBefore.forceActiveFocus();
-        } else if (heldFocus) {
-            parent.Window.contentItem.forceActiveFocus(); // who had it went with another sheet
+        if (!isInAnotherSheet(parent.Window.activeFocusItem)) {
+            // Who had it may have gone with another sheet.
+            (focusedBefore?.visible ? focusedBefore : parent.Window.contentItem).forceActiveFocus();
         }
         focusedBefore = null;
+    }
+
+    function isInAnotherSheet(item: Item): bool {
+        for (let up = item; up !== null && up !== contentItem; up = up.parent) {
+            if (up === parent) {
+                return true;
+            }
+        }
+        return false;
     }
 
     enter: Transition {
