@@ -5,7 +5,9 @@
 #include "ui/portal_file_chooser.h"
 
 #include <QEvent>
+#include <QGuiApplication>
 #include <QQmlComponent>
+#include <QScreen>
 
 namespace velarc {
 
@@ -14,6 +16,13 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QSize kDefaultSize(1200, 820);
+
+// What was remembered from a larger screen would reach beyond this one.
+QSize fittedToScreen(QSize size)
+{
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    return screen == nullptr ? size : size.boundedTo(screen->availableSize());
+}
 
 std::unique_ptr<QQuickWindow> makeWindow(QQmlEngine &engine, QSize size)
 {
@@ -37,11 +46,13 @@ void chooseRenderer()
 
 MainWindow::MainWindow(AppViewModel &viewModel, QString statePath)
     : m_statePath(std::move(statePath))
-    , m_screens(viewModel, std::make_shared<PortalFileChooser>(), std::make_shared<DesktopSharing>())
-    , m_desktop(*m_screens.appearance())
+    , m_state(loadWindowState(m_statePath))
+    , m_screens(
+          viewModel, std::make_shared<PortalFileChooser>(), std::make_shared<DesktopSharing>())
+    , m_desktop(*m_screens.appearance(), m_state.isDark)
 {
     m_screens.attachTo(m_engine);
-    m_window = makeWindow(m_engine, loadWindowState(m_statePath).size.value_or(kDefaultSize));
+    m_window = makeWindow(m_engine, fittedToScreen(m_state.size.value_or(kDefaultSize)));
     m_window->installEventFilter(this);
     m_window->show();
     raise();
@@ -57,7 +68,7 @@ void MainWindow::raise()
     if ((m_window->windowStates() & Qt::WindowMinimized) != 0) {
         m_window->setWindowStates(m_window->windowStates() & ~Qt::WindowMinimized);
     }
-    m_window->show();
+    m_window->setVisible(true); // show() would take it out of its maximised state
     m_window->raise();
     m_window->requestActivate();
 }
@@ -73,12 +84,11 @@ bool MainWindow::eventFilter(QObject *watched, QEvent *event)
 
 void MainWindow::rememberState()
 {
-    WindowState state = loadWindowState(m_statePath);
     if (m_window->visibility() == QWindow::Windowed) {
-        state.size = m_window->size();
+        m_state.size = m_window->size();
     }
-    state.isDark = m_screens.appearance()->isDark();
-    saveWindowState(state, m_statePath);
+    m_state.isDark = m_screens.appearance()->isDark();
+    saveWindowState(m_state, m_statePath);
 }
 
 } // namespace velarc

@@ -30,6 +30,8 @@ public:
     explicit MainWindow(AppViewModel &viewModel, QString statePath = windowStatePath());
     ~MainWindow() override;
 
+    [[nodiscard]] QQuickWindow &window() { return *m_window; }
+
     // Brings the window before the user, from a minimised one too.
     void raise();
 
@@ -42,6 +44,7 @@ protected:
 
 private:
     QString m_statePath;
+    WindowState m_state; // as it was found, and as it is left
     Screens m_screens;
     DesktopAppearance m_desktop;
     QQmlEngine m_engine;

@@ -30,7 +30,7 @@ WindowState decode(const Json &value)
     if (isEdge(width) && isEdge(height)) {
         state.size = QSize(static_cast<int>(width), static_cast<int>(height));
     }
-    state.isDark = reader.boolean("isDark").value_or(false);
+    state.isDark = reader.boolean("isDark");
     return state;
 }
 
@@ -65,7 +65,9 @@ void saveWindowState(const WindowState &state, const QString &path)
         value["width"] = state.size->width();
         value["height"] = state.size->height();
     }
-    value["isDark"] = state.isDark;
+    if (state.isDark) {
+        value["isDark"] = *state.isDark;
+    }
     QDir().mkpath(QFileInfo(path).path());
     QSaveFile file(path);
     if (file.open(QIODevice::WriteOnly)) {

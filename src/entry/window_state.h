@@ -15,7 +15,7 @@ namespace velarc {
 struct WindowState
 {
     std::optional<QSize> size; // without decorations, unscaled pixels
-    bool isDark = false; // until the desktop has told
+    std::optional<bool> isDark; // to begin with, until the desktop has told
 
     friend bool operator==(const WindowState &, const WindowState &) = default;
 };

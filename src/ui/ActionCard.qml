@@ -26,6 +26,7 @@ Card {
             kind: Button.Plain
             foreground: Theme.accentText
             text: "All Actions"
+            focusPolicy: Qt.TabFocus
             onClicked: card.presenter.openActionLibrary()
         }
     }
@@ -38,7 +39,7 @@ Card {
         leftPadding: Theme.space2
         rightPadding: Theme.space2
         hoverEnabled: true
-        focusPolicy: Qt.StrongFocus
+        focusPolicy: Qt.TabFocus
         text: card.presenter.hasAction ? card.presenter.actionName : "Select an action"
         onClicked: card.presenter.openActionLibrary()
         Keys.onReturnPressed: row.clicked()

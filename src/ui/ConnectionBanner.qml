@@ -33,6 +33,7 @@ Rectangle {
         anchors.verticalCenter: parent.verticalCenter
         kind: Button.Prominent
         tint: Theme.warningAction
+        foreground: Theme.textOnWarning
         text: "Connect " + banner.presenter.suggestedEngine
         onClicked: banner.presenter.connectSuggestedEngine()
     }

@@ -9,9 +9,9 @@ Column {
 
     spacing: Theme.space3
 
-    Row {
+    Item {
         width: parent.width
-        spacing: Theme.space2
+        implicitHeight: Math.max(title.implicitHeight, toggle.visible ? toggle.implicitHeight : 0)
 
         Icon {
             id: mark
@@ -23,28 +23,35 @@ Column {
         }
 
         Label {
-            width: parent.width - mark.width - parent.spacing
+            id: title
+
+            anchors.left: mark.right
+            anchors.leftMargin: Theme.space2
+            anchors.right: toggle.left
+            anchors.verticalCenter: parent.verticalCenter
             style: Label.CardTitle
             text: "Error"
         }
+
+        Button {
+            id: toggle
+
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            visible: message.isCut || view.presenter.isExpanded
+            kind: Button.Plain
+            foreground: Theme.accentText
+            text: view.presenter.isExpanded ? "Collapse" : "Expand"
+            onClicked: view.presenter.isExpanded = !view.presenter.isExpanded
+        }
     }
 
-    Label {
-        id: headline
+    ReadingText {
+        id: message
 
         width: parent.width
         text: view.presenter.errorMessage
-        elide: Text.ElideRight
-        wrapMode: Text.NoWrap
-
-        HoverHandler {
-            id: pointer
-        }
-
-        Tip {
-            text: headline.truncated ? headline.text : ""
-            wanted: pointer.hovered
-        }
+        lineLimit: view.presenter.isExpanded ? 0 : 8
     }
 
     Disclosure {

@@ -1,7 +1,8 @@
 import QtQuick
 import Velarc
 
-// The canvas: an action to run, the input that it runs on, and what came of it.
+// The canvas: an action to run, the input that it runs on, and what came of it. A press on a command
+// leaves the keyboard to the editor.
 FocusScope {
     id: home
 
@@ -68,16 +69,28 @@ FocusScope {
 
         anchors.top: topBar.bottom
         anchors.topMargin: Theme.space3
-        anchors.bottom: note.top
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: noteText.text === "" ? 0 : note.height
         anchors.left: parent.left
         anchors.right: parent.right
         padding: Theme.space5
+        topPadding: Theme.space1
+        bottomPadding: Math.max(Theme.space2, 30 - anchors.bottomMargin) // a note moves nothing
         maximumContentWidth: Theme.contentWidth
 
         Loader {
+            id: phase
+
             width: parent.width
             // The files of the later phases are not read at the start.
             source: ["InputView.qml", "ProcessingView.qml", "OutputView.qml"][home.presenter.phase]
+        }
+
+        Binding {
+            target: phase.item as InputView
+            when: target !== null
+            property: "availableHeight"
+            value: scroll.availableHeight
         }
     }
 
@@ -85,10 +98,9 @@ FocusScope {
         id: note
 
         anchors.bottom: parent.bottom
-        anchors.bottomMargin: noteText.text === "" ? 0 : Theme.space2
         x: Math.round((home.width - width) / 2)
         width: Math.min(Theme.contentWidth, home.width - 2 * Theme.space5)
-        height: noteText.text === "" ? 30 : noteText.implicitHeight
+        height: Math.max(30 - Theme.space2, noteText.implicitHeight + Theme.space1)
 
         Label {
             id: noteText
@@ -100,6 +112,28 @@ FocusScope {
             text: home.presenter.statusNote
             elide: Text.ElideRight
             wrapMode: Text.NoWrap
+            Accessible.role: Accessible.AlertMessage
+
+            // What appears is read out: so it goes and comes again for each text.
+            onTextChanged: {
+                visible = false;
+                visible = noteText.text !== "";
+            }
+
+            HoverHandler {
+                id: pointer
+            }
+
+            // qmllint disable unqualified
+            Loader {
+                anchors.fill: parent
+                active: noteText.truncated
+                sourceComponent: Tip {
+                    text: noteText.text
+                    wanted: pointer.hovered
+                }
+            }
+            // qmllint enable unqualified
         }
     }
 

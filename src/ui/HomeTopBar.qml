@@ -18,6 +18,7 @@ Item {
         IconButton {
             symbol: "square.grid.2x2"
             tip: "Actions"
+            focusPolicy: Qt.TabFocus
             shortcutText: "Ctrl+K"
             onClicked: bar.presenter.openActionLibrary()
         }
@@ -25,12 +26,14 @@ Item {
         IconButton {
             symbol: "gearshape.2"
             tip: "Engine Room"
+            focusPolicy: Qt.TabFocus
             onClicked: bar.presenter.openEngineRoom()
         }
 
         IconButton {
             symbol: "ellipsis.circle"
             tip: "More"
+            focusPolicy: Qt.TabFocus
             onClicked: bar.presenter.openMoreSheet()
         }
     }

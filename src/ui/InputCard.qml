@@ -7,6 +7,9 @@ Card {
 
     readonly property CanvasPresenter presenter: Screens.canvas
     readonly property bool isDropTargeted: presenter.isDropTargeted
+    property real availableHeight: 0
+    readonly property real heightBesideEditor: 2 * padding + header.height + spacing
+        + takenBy(caption) + takenBy(chipFlow) + takenBy(notice)
 
     objectName: "input-card"
 
@@ -27,6 +30,8 @@ Card {
     }
 
     Item {
+        id: header
+
         width: parent.width
         implicitHeight: commands.implicitHeight
 
@@ -46,6 +51,7 @@ Card {
                 kind: Button.Plain
                 symbol: "xmark"
                 text: "Clear"
+                focusPolicy: Qt.TabFocus
                 foreground: Theme.secondaryText
                 onClicked: card.presenter.clear()
             }
@@ -53,6 +59,7 @@ Card {
             Button {
                 symbol: "doc.on.doc"
                 text: card.presenter.pasteLabel
+                focusPolicy: Qt.TabFocus
                 foreground: Theme.accentText
                 tip: "Take the clipboard as input"
                 shortcutText: "Ctrl+Shift+V"
@@ -65,7 +72,7 @@ Card {
         id: editor
 
         width: parent.width
-        minimumHeight: 210
+        height: Math.max(210, Math.floor(card.availableHeight - card.heightBesideEditor))
 
         Glow {
             z: -1
@@ -79,6 +86,8 @@ Card {
     }
 
     Label {
+        id: caption
+
         visible: chips.count > 0
         style: Label.Caption
         secondary: true
@@ -86,6 +95,8 @@ Card {
     }
 
     Flow {
+        id: chipFlow
+
         width: parent.width
         visible: chips.count > 0
         spacing: Theme.space2
@@ -107,10 +118,16 @@ Card {
     }
 
     Label {
+        id: notice
+
         width: parent.width
         visible: text !== ""
         style: Label.Caption
         secondary: true
         text: card.presenter.notice
+    }
+
+    function takenBy(item: Item): real {
+        return item.visible ? item.height + spacing : 0;
     }
 }

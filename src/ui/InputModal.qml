@@ -29,6 +29,11 @@ Sheet {
             text: Screens.canvas.inputModalText
             onTextChanged: Screens.canvas.inputModalText = text
         }
+
+        Shortcut {
+            sequences: ["Ctrl+Return", "Ctrl+Enter"]
+            onActivated: Screens.canvas.submitInputModal()
+        }
     }
 
     foot: [

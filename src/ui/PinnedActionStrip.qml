@@ -26,6 +26,7 @@ Column {
             kind: Button.Plain
             foreground: Theme.accentText
             text: "All Actions"
+            focusPolicy: Qt.TabFocus
             onClicked: strip.presenter.openActionLibrary()
         }
     }
@@ -46,6 +47,7 @@ Column {
 
                 width: Math.min(implicitWidth, (parent as Flow)?.width ?? 280, 280)
                 text: name
+                focusPolicy: Qt.TabFocus
                 symbolColor: colorHex
                 onClicked: Screens.home.selectAction(actionID)
             }

@@ -13,6 +13,7 @@ Row {
         kind: Button.Prominent
         symbol: "play.fill"
         text: "Run"
+        focusPolicy: Qt.TabFocus
         tip: "Run the selected action"
         shortcutText: "Ctrl+Return"
         onClicked: Screens.home.run()
@@ -21,6 +22,7 @@ Row {
     Button {
         symbol: "sparkles"
         text: "Automation"
+        focusPolicy: Qt.TabFocus
         onClicked: bar.isAutomationSheetPresented = true
     }
 

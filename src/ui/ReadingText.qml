@@ -7,6 +7,7 @@ Item {
 
     property alias text: body.text
     property alias lineLimit: body.lineLimit
+    property alias isCut: body.isCut
 
     implicitHeight: body.implicitHeight
 

@@ -7,13 +7,14 @@ Card {
 
     readonly property ResultPresenter presenter: Screens.result
 
-    Announcer {
-        text: panel.presenter.announcement
-    }
-
     Loader {
         width: parent.width
         sourceComponent: [ready, processing, result, error][panel.presenter.display]
+
+        // Here it takes no place of its own.
+        Announcer {
+            text: panel.presenter.announcement
+        }
     }
 
     Component {

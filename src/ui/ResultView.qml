@@ -74,7 +74,7 @@ Column {
 
     Label {
         width: parent.width
-        visible: text !== ""
+        visible: Screens.share.notice !== "" // `text` is the component below
         style: Label.Caption
         secondary: true
         text: Screens.share.notice

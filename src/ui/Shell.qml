@@ -47,7 +47,8 @@ FocusScope {
     Sidebar {
         id: sidebar
 
-        width: Math.max(220, Math.min(280, Math.round(shell.width * 0.22)))
+        width: Math.round(Math.max(220,
+            Math.min(280 * Theme.textScale, shell.width * 0.22 * Theme.textScale, shell.width * 0.35)))
         height: shell.height
     }
 

@@ -9,7 +9,7 @@ Rectangle {
     property color dot: Theme.accent
 
     implicitWidth: label.implicitWidth + mark.width + Theme.space2 + 2 * Theme.space3
-    implicitHeight: 28
+    implicitHeight: Math.max(28, label.implicitHeight + Theme.space2)
     height: implicitHeight
     radius: height / 2
     color: Theme.withOpacity(dot, Theme.dark ? 0.16 : 0.12)

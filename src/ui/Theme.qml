@@ -37,6 +37,7 @@ QtObject {
     readonly property color disabledText: dark ? "#7C7C88" : "#8A8A94"
     readonly property color accentText: dark ? "#A5B4FC" : "#4F46E5"
     readonly property color textOnAccent: "#FFFFFF"
+    readonly property color textOnWarning: "#291404"
     readonly property color chipText: "#312E81"
     readonly property color successText: dark ? "#34D399" : "#047857"
     readonly property color issueText: dark ? "#FCA5A5" : "#B91C1C"

@@ -55,9 +55,9 @@ bool paletteIsDark()
 
 } // namespace
 
-DesktopAppearance::DesktopAppearance(
-    Appearance &appearance, const QDBusConnection &bus, QObject *parent)
-    : QObject(parent), m_appearance(appearance)
+DesktopAppearance::DesktopAppearance(Appearance &appearance, std::optional<bool> wasDark,
+    const QDBusConnection &bus, QObject *parent)
+    : QObject(parent), m_appearance(appearance), m_wasDark(wasDark)
 {
     applyScheme();
     qGuiApp->installEventFilter(this);
@@ -91,12 +91,20 @@ void DesktopAppearance::ask(const QDBusConnection &bus, const QString &space, co
     call.setArguments({space, key});
     auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(call, kPatience.count()), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, space, key] {
-        const QDBusMessage answer = watcher->reply();
-        if (answer.type() == QDBusMessage::ReplyMessage && !answer.arguments().isEmpty()) {
-            take(space, key, answer.arguments().constFirst());
-        }
+        takeAnswer(space, key, watcher->reply());
         watcher->deleteLater();
     });
+}
+
+void DesktopAppearance::takeAnswer(
+    const QString &space, const QString &key, const QDBusMessage &answer)
+{
+    if (answer.type() == QDBusMessage::ReplyMessage && !answer.arguments().isEmpty()) {
+        take(space, key, answer.arguments().constFirst());
+    } else if (isSetting(kScheme, space, key)) {
+        m_wasDark.reset(); // nobody will tell
+        applyScheme();
+    }
 }
 
 void DesktopAppearance::take(const QString &space, const QString &key, const QVariant &value)
@@ -104,6 +112,7 @@ void DesktopAppearance::take(const QString &space, const QString &key, const QVa
     const QVariant plain = unwrapped(value);
     if (isSetting(kScheme, space, key)) {
         const uint scheme = plain.toUInt();
+        m_wasDark.reset();
         m_scheme = scheme == 1 ? Scheme::Dark : scheme == 2 ? Scheme::Light : Scheme::NoPreference;
         applyScheme();
     } else if (isSetting(kReducedMotion, space, key)) {
@@ -111,14 +120,17 @@ void DesktopAppearance::take(const QString &space, const QString &key, const QVa
     } else if (isSetting(kAnimations, space, key)) {
         m_appearance.setReducesMotion(!plain.toBool());
     } else if (isSetting(kTextScale, space, key)) {
-        m_appearance.setTextScale(plain.toDouble());
+        if (const double scale = plain.toDouble(); scale > 0) {
+            m_appearance.setTextScale(scale);
+        }
     }
 }
 
 void DesktopAppearance::applyScheme()
 {
-    m_appearance.setIsDark(
-        m_scheme == Scheme::NoPreference ? paletteIsDark() : m_scheme == Scheme::Dark);
+    const bool isDark =
+        m_scheme == Scheme::NoPreference ? paletteIsDark() : m_scheme == Scheme::Dark;
+    m_appearance.setIsDark(m_wasDark.value_or(isDark));
 }
 
 } // namespace velarc

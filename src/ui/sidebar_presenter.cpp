@@ -61,6 +61,17 @@ void SidebarPresenter::select(const QString &actionID)
     }
 }
 
+int SidebarPresenter::rowOf(const QString &actionID, int preferredRow) const
+{
+    const QList<SidebarRow> &rows = m_rows.rows();
+    if (rows.value(preferredRow).actionID == actionID) {
+        return preferredRow;
+    }
+    const auto found = std::find_if(
+        rows.begin(), rows.end(), [&](const SidebarRow &row) { return row.actionID == actionID; });
+    return found == rows.end() ? -1 : static_cast<int>(found - rows.begin());
+}
+
 void SidebarPresenter::newAction()
 {
     m_viewModel.library().newAction();

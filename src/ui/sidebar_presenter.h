@@ -51,6 +51,9 @@ public:
     // Selects the action. What names no action of the library changes nothing.
     Q_INVOKABLE void select(const QString &actionID);
 
+    // The row of the action: `preferredRow` if it is one, else the first; -1 if it has none.
+    [[nodiscard]] Q_INVOKABLE int rowOf(const QString &actionID, int preferredRow) const;
+
     Q_INVOKABLE void newAction();
     Q_INVOKABLE void openMore();
 

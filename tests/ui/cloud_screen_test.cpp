@@ -56,6 +56,8 @@ protected:
     // Turns the event loop, and ends the pauses of the run, until the screen shows it.
     [[nodiscard]] bool comesToShow(const QString &text)
     {
+        QTimer turns; // an answer that came already wakes nobody
+        turns.start(5ms);
         return waitUntil([this, &text] {
             if (shows(text)) {
                 return true;

@@ -49,6 +49,9 @@ using Scenes = std::map<QString, std::function<void(PictureWorld &)>>;
 // The settings, and connecting an engine.
 [[nodiscard]] Scenes engineScenes();
 
+// The input phase of the home screen, and the sidebar beside it.
+[[nodiscard]] Scenes homeScenes();
+
 // The displays of the output phase, and what long texts look like.
 [[nodiscard]] Scenes resultScenes();
 

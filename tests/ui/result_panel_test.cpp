@@ -21,9 +21,9 @@ protected:
         settle();
     }
 
-    void fail(const std::optional<QString> &technical)
+    void fail(const std::optional<QString> &technical, const QString &message = u"It failed."_s)
     {
-        viewModel->setEngineState(EngineError{u"It failed."_s, technical});
+        viewModel->setEngineState(EngineError{message, technical});
         viewModel->setHomePhase(HomePhase::Output);
         settle();
     }
@@ -50,6 +50,21 @@ protected:
 };
 
 const QString kTenLines = u"1\n2\n3\n4\n5\n6\n7\n8\n9\n10"_s;
+
+TEST_F(ResultPanelTest, nothingUnseenTakesPlaceInTheCard)
+{
+    show(TextPayload{u"hello"_s});
+    const auto place = [](const QQuickItem &item) {
+        return item.mapRectToScene(item.boundingRect());
+    };
+    QQuickItem *card = itemCalled(u"Copy"_s);
+    while (card != nullptr && !card->property("isVeryTall").isValid()) {
+        card = card->parentItem();
+    }
+    ASSERT_NE(card, nullptr);
+    EXPECT_EQ(place(*itemCalled(u"Expand"_s)).top() - place(*card).top(), 16);
+    EXPECT_EQ(place(*card).bottom() - place(*itemCalled(u"Copy"_s)).bottom(), 16);
+}
 
 TEST_F(ResultPanelTest, withoutAResultItTellsHowToGetOne)
 {
@@ -153,6 +168,56 @@ TEST_F(ResultPanelTest, anErrorHasItsDetailsAndRemedies)
     EXPECT_TRUE(shows(u"Connect OpenAI"_s));
     click(u"Restart"_s);
     EXPECT_EQ(viewModel->homePhase(), HomePhase::Input);
+}
+
+TEST_F(ResultPanelTest, anErrorOf400CharactersIsSeenWhole)
+{
+    fail(u"because"_s, u"The engine said no. "_s.repeated(20));
+    EXPECT_GT(linesShown(), 2);
+    EXPECT_FALSE(longText().property("isCut").toBool());
+    EXPECT_FALSE(shows(u"Expand"_s));
+    window->resize(window->minimumSize());
+    settle();
+    EXPECT_LE(longText().width(), window->width());
+}
+
+TEST_F(ResultPanelTest, anErrorOfPagesLeavesItsRemediesInSightAndCanBeSeenWhole)
+{
+    fail(u"because"_s, u"The engine said no. "_s.repeated(2'000));
+    EXPECT_EQ(linesShown(), 8);
+    QQuickItem *retry = itemCalled(u"Retry"_s);
+    EXPECT_LT(retry->mapToScene({0, 0}).y(), window->height());
+    click(u"Expand"_s);
+    EXPECT_GT(linesShown(), 100);
+    click(u"Collapse"_s);
+    EXPECT_EQ(linesShown(), 8);
+}
+
+TEST_F(ResultPanelTest, remediesStandInTheirOrder)
+{
+    viewModel->setSuggestedConnectionProvider(AIProvider::OpenAI);
+    fail(u"because"_s);
+    const auto left = [this](const QString &name) {
+        return itemCalled(name)->mapToScene({0, 0}).x();
+    };
+    EXPECT_LT(left(u"Retry"_s), left(u"Connect OpenAI"_s));
+    EXPECT_LT(left(u"Connect OpenAI"_s), left(u"Restart"_s));
+    click(u"Connect OpenAI"_s);
+    EXPECT_EQ(viewModel->providerConnectSheetProvider(), AIProvider::OpenAI);
+}
+
+TEST_F(ResultPanelTest, theResultOfASystemActionHasEverythingThatATextHas)
+{
+    viewModel->library().selectAction(actionNamed(u"Create Calendar Event"_s).id);
+    viewModel->setQuickInput(u"lunch tomorrow"_s);
+    viewModel->runSelectedAction();
+    letRunGoOn();
+    settle();
+    for (const QString &name : {u"Copy"_s, u"Share"_s, u"Restart"_s, u"Expand"_s}) {
+        EXPECT_TRUE(shows(name)) << name.toStdString();
+    }
+    click(u"Expand"_s);
+    EXPECT_TRUE(shows(u"Refine"_s));
 }
 
 TEST_F(ResultPanelTest, anErrorWithBlankDetailsHasNoDisclosure)

@@ -145,6 +145,7 @@ const Scenes &scenes()
     static const Scenes kScenes = [] {
         Scenes all = sharedScenes();
         all.merge(engineScenes());
+        all.merge(homeScenes());
         all.merge(resultScenes());
         return all;
     }();

@@ -135,6 +135,14 @@ QQuickItem *UiWorld::itemCalled(const QString &name, QQuickItem *within)
     return findCalled(within == nullptr ? *window->contentItem() : *within, name);
 }
 
+QString UiWorld::focusedName() const
+{
+    QQuickItem *item = window->activeFocusItem();
+    QAccessibleInterface *face =
+        item == nullptr ? nullptr : QAccessible::queryAccessibleInterface(item);
+    return face == nullptr ? QString() : face->text(QAccessible::Name);
+}
+
 void UiWorld::click(const QString &name, QQuickItem *within)
 {
     QQuickItem *item = itemCalled(name, within);

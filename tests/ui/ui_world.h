@@ -67,6 +67,9 @@ protected:
     [[nodiscard]] QQuickItem *itemCalled(const QString &name, QQuickItem *within = nullptr);
     [[nodiscard]] bool shows(const QString &text) { return itemCalled(text) != nullptr; }
 
+    // What assistive programs call the item that has the keyboard's focus; empty where none has it.
+    [[nodiscard]] QString focusedName() const;
+
     // Clicks in the middle of the item of that name.
     void click(const QString &name, QQuickItem *within = nullptr);
     void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);

@@ -10,10 +10,12 @@ Flickable {
     property alias spacing: column.spacing
     property int padding: 0
     property int topPadding: padding
+    property int bottomPadding: padding
+    readonly property real availableHeight: height - topPadding - bottomPadding
     property int maximumContentWidth: 100000
 
     contentWidth: width
-    contentHeight: column.implicitHeight + topPadding + padding
+    contentHeight: column.implicitHeight + topPadding + bottomPadding
     boundsBehavior: Flickable.StopAtBounds
     interactive: contentHeight > height
     clip: true

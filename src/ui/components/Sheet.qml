@@ -35,23 +35,34 @@ T.Popup {
         color: Theme.scrim
     }
 
-    onAboutToShow: focusedBefore = parent.Window.activeFocusItem
+    onAboutToShow: {
+        const holder = parent.Window.activeFocusItem;
+        focusedBefore = holder === parent.Window.contentItem ? null : holder;
+    }
     onClosed: {
-        const wasInSheet = isInSheet(focusedBefore);
-        if (focusedBefore?.visible && (wasInSheet || !isInSheet(parent.Window.activeFocusItem))) {
-            focusedBefore.forceActiveFocus();
-        }
+        const holder = parent.Window.activeFocusItem;
+        if (holder === null || holder === parent.Window.contentItem) {
+            giveFocusBack();
+        } // else another sheet has taken it
         focusedBefore = null;
     }
 
-    // Of this window. Another one may have opened, and taken the focus, before this one closes.
-    function isInSheet(item: Item): bool {
-        for (let within = item; within !== null; within = within.parent) {
-            if (within === sheet.parent) {
-                return true;
-            }
+    // To who had it, or to what is left around them; should their sheet have gone, to the screen
+    // below, which knows who had it there.
+    function giveFocusBack() {
+        let item = focusedBefore;
+        while (item !== null && !(item.visible && (item === focusedBefore || isScope(item)))) {
+            item = item.parent;
         }
-        return false;
+        const screens = parent.Window.contentItem.children;
+        for (let at = 0; item === null && at < screens.length; ++at) {
+            item = isScope(screens[at]) ? screens[at] : null;
+        }
+        item?.forceActiveFocus();
+    }
+
+    function isScope(item: Item): bool {
+        return (item as FocusScope) !== null;
     }
 
     enter: Transition {
@@ -95,9 +106,11 @@ T.Popup {
         Item {
             id: header
 
+            readonly property int pitch: Math.max(titles.implicitHeight, commandRow.implicitHeight)
+
             width: parent.width
-            height: Math.max(titles.implicitHeight, commandRow.implicitHeight)
-                    + 2 * (sheet.title === "" ? Theme.space2 : Theme.space4)
+            height: sheet.title === "" ? Theme.space4 : pitch + 2 * Theme.space4
+            z: 1 // without a title its commands stand beside the body's own
 
             Column {
                 id: titles
@@ -130,7 +143,7 @@ T.Popup {
 
                 anchors.right: parent.right
                 anchors.rightMargin: Theme.space5
-                anchors.verticalCenter: parent.verticalCenter
+                y: Theme.space4 + (header.pitch - height) / 2
                 spacing: Theme.space2
             }
         }
