@@ -37,18 +37,21 @@ void chooseRenderer()
 
 MainWindow::MainWindow(AppViewModel &viewModel, QString statePath)
     : m_statePath(std::move(statePath))
-    , m_screens(viewModel, std::make_shared<PortalFileChooser>(), std::make_shared<DesktopSharing>())
+    , m_screens(
+          viewModel, std::make_shared<PortalFileChooser>(), std::make_shared<DesktopSharing>())
     , m_desktop(*m_screens.appearance())
 {
     m_screens.attachTo(m_engine);
     m_window = makeWindow(m_engine, loadWindowState(m_statePath).size.value_or(kDefaultSize));
     m_window->installEventFilter(this);
+    m_caretRest.emplace(*m_window);
     m_window->show();
     raise();
 }
 
 MainWindow::~MainWindow()
 {
+    m_caretRest.reset();
     m_window.reset();
 }
 
