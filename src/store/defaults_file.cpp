@@ -37,14 +37,16 @@ DefaultsFile::~DefaultsFile() = default;
 DefaultsFile::Opened DefaultsFile::open(const QString &path, std::chrono::milliseconds patience)
 {
     makePrivateFile(path);
+    const auto mayRead = [](const Opened &opened) {
+        return opened.outcome == Outcome::Refused || opened.outcome == Outcome::NoRoom;
+    };
     Opened opened = openFor(Access::Writing, path, patience);
-    if (opened.outcome == Outcome::Refused) {
+    if (mayRead(opened)) {
         opened = openFor(Access::Reading, path, patience);
     }
-    // Unchanged means without the log beside it, so nothing must stand in that.
-    if (opened.outcome == Outcome::Refused
-        && QFileInfo(path + QStringLiteral("-wal")).size() == 0) {
-        opened = openFor(Access::ReadingUnchanged, path, patience);
+    // What is copied is the file without the log beside it, so nothing must stand in that.
+    if (mayRead(opened) && QFileInfo(path + QStringLiteral("-wal")).size() == 0) {
+        opened = openFor(Access::ReadingCopy, path, patience);
     }
     return opened;
 }
@@ -56,6 +58,9 @@ DefaultsFile::Opened DefaultsFile::openFor(
     Outcome outcome = file->connect(access);
     if (outcome == Outcome::Done && access == Access::Writing) {
         outcome = file->setUp();
+    }
+    if (outcome == Outcome::Done && access == Access::ReadingCopy) {
+        outcome = file->copyToMemory();
     }
     if (outcome == Outcome::Done) {
         outcome = file->prepareStatements(access);
@@ -73,7 +78,7 @@ DefaultsFile::Outcome DefaultsFile::connect(Access access)
     QByteArray name = QFile::encodeName(m_path);
     int flags = SQLITE_OPEN_NOMUTEX;
     flags |= access == Access::Writing ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY;
-    if (access == Access::ReadingUnchanged) {
+    if (access == Access::ReadingCopy) {
         name = QUrl::fromLocalFile(m_path).toEncoded() + "?immutable=1";
         flags |= SQLITE_OPEN_URI;
     }
@@ -97,6 +102,26 @@ DefaultsFile::Outcome DefaultsFile::setUp()
             outcome = run(sql);
         }
     }
+    return outcome;
+}
+
+// A file is read without locks only for as long as this takes: once there is room again, another
+// process may write it.
+DefaultsFile::Outcome DefaultsFile::copyToMemory()
+{
+    sqlite3 *memory = nullptr;
+    int code = sqlite3_open(":memory:", &memory);
+    SqliteConnection copy(memory);
+    if (code == SQLITE_OK) {
+        sqlite3_backup *backup = sqlite3_backup_init(memory, "main", m_connection.get(), "main");
+        if (backup != nullptr) {
+            sqlite3_backup_step(backup, -1);
+            sqlite3_backup_finish(backup);
+        }
+        code = sqlite3_errcode(memory);
+    }
+    const Outcome outcome = outcomeOf(code);
+    m_connection = std::move(copy);
     return outcome;
 }
 
@@ -141,6 +166,9 @@ DefaultsFile::Outcome DefaultsFile::outcomeOf(int code)
     case SQLITE_CANTOPEN:
     case SQLITE_PERM:
         return Outcome::Refused;
+    case SQLITE_FULL:
+    case SQLITE_IOERR:
+        return Outcome::NoRoom;
     default:
         return Outcome::Failed;
     }

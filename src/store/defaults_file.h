@@ -24,14 +24,15 @@ public:
         Done,
         Refused, // the file is there for reading at most
         Damaged, // it is no database, a broken one, or one of another make
-        Failed, // held by others for too long, the disk is full, or the like
+        NoRoom, // the disk is full, or fails
+        Failed, // held by others for too long, or the like
     };
 
     struct Opened;
 
     // Opens the file at `path`, making it if it is not there. What is made is the user's alone from
-    // the first moment, and an existing file is narrowed to that. A file that cannot be written is
-    // opened for reading. Every call on the file waits for others that hold it, `patience` at most.
+    // the first moment, and an existing file is narrowed to that. A file that cannot be written, or
+    // has no room beside it for what that takes, is opened for reading. Every call on the file waits for others that hold it, `patience` at most.
     [[nodiscard]] static Opened open(const QString &path, std::chrono::milliseconds patience);
 
     ~DefaultsFile();
@@ -55,7 +56,7 @@ private:
     {
         Writing,
         Reading,
-        ReadingUnchanged, // where not even the side files of a reader can be made
+        ReadingCopy, // where not even the side files of a reader can be made
     };
 
     DefaultsFile(const QString &path, std::chrono::milliseconds patience);
@@ -63,6 +64,7 @@ private:
         Access access, const QString &path, std::chrono::milliseconds patience);
     [[nodiscard]] Outcome connect(Access access);
     [[nodiscard]] Outcome setUp();
+    [[nodiscard]] Outcome copyToMemory();
     [[nodiscard]] Outcome prepareStatements(Access access);
     [[nodiscard]] Outcome run(const char *sql);
     [[nodiscard]] Outcome outcomeOf(int code);

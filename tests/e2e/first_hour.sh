@@ -11,7 +11,7 @@ set -euo pipefail
 
 tests=$(dirname -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")")
 VELARC_SESSION_HOME=$(mktemp -d /tmp/velarc-home.XXXXXX)
-export VELARC_SESSION_HOME VELARC_SESSION_KEYRING=unlocked
+export VELARC_SESSION_HOME VELARC_SESSION_KEYRING=unlocked VELARC=$VELARC_PREFIX/bin/velarc
 trap 'rm -rf -- "$VELARC_SESSION_HOME"' EXIT
 data=$VELARC_SESSION_HOME/.local/share/velarc
 

@@ -15,16 +15,14 @@ from pathlib import Path
 import canary
 from desktop import (HANDOFF_URL, PREFIX, WINDOW_NAME, Store, call, handoff, owner_process,
                      processes, run)
-from desktop_window import Atspi, AccessibilityBus, Window, clipboard, copy, wait_for
+from desktop_window import (BUTTON, DOWN, EDITOR, TEXT, AccessibilityBus, Atspi, Window,
+                            clipboard, copy, wait_for)
 from provider import Provider
 
 HOME = Path(os.environ["HOME"])
 DATA = Path(os.environ["XDG_DATA_HOME"])
 DOCUMENTS = Path(os.environ["VELARC_FIXTURES"]) / "documents"
 KEPT = HOME / "first-hour.json"  # what the first session tells the next one
-EDITOR = "Type, paste, or drop a file — then hit Run"
-BUTTON = "push button"
-TEXT = "The harbour ferry was late again. The crew blamed the tide. Nobody minded much."
 PNG = ("iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAYAAAAfFcSJAAAADUlEQVR42mNk+M9QDwADhgGAWjR9awAAAABJRU5ErkJg"
        "gg==")
 KEY_ITEM = ["xdg:schema", "com.tolmar.velarc.ApiKey", "service", "com.tolmar.velarc", "account",
@@ -44,7 +42,7 @@ class OpenWindow(Window):
     def __init__(self):
         number = wait_for("the window on the bus", lambda: owner_process(WINDOW_NAME))
         self.process = self.Process(number)
-        self._application = wait_for("the window", self._find_application)
+        self.application = wait_for("the window", self._find_application)
         self.focus()
 
     def close(self):
@@ -154,6 +152,8 @@ class Session(unittest.TestCase):
             self.window.press("Restart", BUTTON)
         self.window.find(EDITOR)
         if action:
+            while not self.window.named(action, "list item"):
+                self.window.scroll(100, 600, DOWN)
             self.window.press(action, "list item")
             self.window.find(action, BUTTON)
         if self.window.text_of(EDITOR):

@@ -12,8 +12,8 @@
 //   {"break": "reply", "raw": "HTTP/1.1 200 OK"}
 // The late one goes to the request that was answered with silence, at once. A break closes the
 // connection, or resets it, once it is "accepted", "encrypted", has sent its "head" or its whole
-// "request", or got the raw bytes of a "reply". Each whole request uses up one of the others, breaks
-// first; without one it is answered with status 500. Standard output has a line
+// "request", or got the raw bytes of a "reply". Each whole request uses up one of the others, and
+// breaks first; without one it is answered with status 500. Standard output has a line
 // {"listening": true} at the start and one a request that did not meet a break:
 //   {"method": "POST", "path": "/v1/messages", "headers": {"name": "value"}, "body": "text"}
 // It ends with standard input.

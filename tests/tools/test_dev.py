@@ -215,3 +215,46 @@ class Dev(TreeTest):
         self.assertEqual(
             self.calls(), ["clang-format-14 -i -- src/base/text file.h src/base/text.cpp"]
         )
+
+    def package_maker(self, status=0):
+        maker = self.write("a clone/tools/package.sh")
+        self.program(maker, f'echo "{self.project}/build/package/velarc.deb"; exit {status}')
+
+    def clean_root(self, status):
+        first_hour = self.write("a clone/tests/e2e/clean_root.sh")
+        self.program(first_hour, f'echo "clean_root $*" >>"$FAKE_LOG"; exit {status}')
+
+    def test_package_says_where_it_is(self):
+        self.package_maker()
+        done = self.dev("package")
+        self.assertEqual(done.returncode, 0)
+        self.assertEqual(done.stdout, f"{self.project}/build/package/velarc.deb\n")
+
+    def test_first_hour_is_that_of_the_package_in_a_clean_root(self):
+        self.package_maker()
+        self.clean_root(0)
+        self.assertEqual(self.dev("e2e").returncode, 0)
+        build = f"{self.project}/build"
+        self.assertEqual(
+            self.calls()[-1],
+            f"clean_root {build}/e2e {build}/package/velarc.deb {build}/dev/bin/velarc_scripted_https",
+        )
+
+    def test_first_hour_without_a_clean_root_is_that_of_a_prefix(self):
+        self.package_maker()
+        self.clean_root(77)
+        self.assertEqual(self.dev("e2e").returncode, 0)
+        self.assertTrue(self.calls()[-1].startswith("ctest "))
+        self.assertIn("^e2e_first_hour$", self.calls()[-1])
+
+    def test_first_hour_that_fails_is_no_reason_to_try_another(self):
+        self.package_maker()
+        self.clean_root(1)
+        self.assertEqual(self.dev("e2e").returncode, 1)
+        self.assertTrue(self.calls()[-1].startswith("clean_root "))
+
+    def test_first_hour_needs_its_package(self):
+        self.package_maker(status=1)
+        self.clean_root(0)
+        self.assertEqual(self.dev("e2e").returncode, 1)
+        self.assertEqual([call for call in self.calls() if "clean_root" in call], [])
