@@ -54,6 +54,7 @@ MainWindow::MainWindow(AppViewModel &viewModel, QString statePath)
     m_screens.attachTo(m_engine);
     m_window = makeWindow(m_engine, fittedToScreen(m_state.size.value_or(kDefaultSize)));
     m_window->installEventFilter(this);
+    m_caretRest.emplace(*m_window);
     m_window->show();
     raise();
 }

@@ -3,6 +3,7 @@
 // The main window: the screens over a state object, in a size that is remembered.
 
 #include "entry/window_state.h"
+#include "ui/caret_rest.h"
 #include "ui/desktop_appearance.h"
 #include "ui/screens.h"
 
@@ -11,6 +12,7 @@
 #include <QQuickWindow>
 
 #include <memory>
+#include <optional>
 
 namespace velarc {
 
@@ -49,6 +51,7 @@ private:
     DesktopAppearance m_desktop;
     QQmlEngine m_engine;
     std::unique_ptr<QQuickWindow> m_window;
+    std::optional<CaretRest> m_caretRest;
 
     void rememberState();
 };

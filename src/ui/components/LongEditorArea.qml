@@ -48,9 +48,10 @@ FocusScope {
 
         property bool isOff: false
 
-        interval: 530
+        interval: Qt.styleHints.cursorFlashTime / 2
         repeat: true
-        running: body.activeFocus
+        running: body.activeFocus && interval > 0
+        onRunningChanged: isOff = false
         onTriggered: isOff = !isOff
     }
 
