@@ -1,11 +1,10 @@
 // Documents through the helper program, each beside the command of the library that does the work.
 // Ours start from the caller: they pay for the process, the pipes and the worker.
 
-#include "support/longest_gap.h"
-
 #include "intake/pdf_export.h"
 #include "intake/pdf_text_reader.h"
 #include "intake/svg_rasterizer.h"
+#include "support/longest_gap.h"
 
 #include <QCoreApplication>
 #include <QDir>

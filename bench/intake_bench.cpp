@@ -1,8 +1,7 @@
 // Files on their way into a run: how long it takes, and how long the main thread is held meanwhile.
 
-#include "support/longest_gap.h"
-
 #include "intake/attachments.h"
+#include "support/longest_gap.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>

@@ -6,6 +6,7 @@
 #include "run/app_view_model.h"
 #include "run/windowless_seams.h"
 #include "store/sqlite_defaults_domain.h"
+#include "system_actions/system_actions.h"
 
 #include <QTemporaryDir>
 

@@ -5,7 +5,8 @@ Usage: window_bench.py BIN_FOLDER [RUNS]
 
 On the display that there is, in a session of its own: run it by tests/session/run_in_session.sh and
 tests/session/run_under_xvfb.sh, as `./dev bench window` does. Beside the window stands an empty one
-of Qt Quick on the same renderer. The programs take turns, so that what slows the machine down slows
+of Qt Quick on the same renderer, and one with a line of text: the first text of a process has the
+system's fonts looked through. The programs take turns, so that what slows the machine down slows
 all of them down. Medians, with the quartiles behind them.
 """
 
@@ -44,8 +45,8 @@ def memory(process):
 class Subject:
     """A program with a home of its own."""
 
-    def __init__(self, name, program, home):
-        self.name, self.program = name, program
+    def __init__(self, name, command, home):
+        self.name, self.command = name, command
         home.mkdir(parents=True)
         self.store = home / "data" / "velarc" / "group.com.tolmar.velarc.sqlite"
         self._environment = {
@@ -57,12 +58,12 @@ class Subject:
 
     def start(self):
         """The process at its first frame, and the processor time until then."""
-        process = subprocess.Popen([self.program], env=self._environment, stderr=subprocess.PIPE,
+        process = subprocess.Popen(self.command, env=self._environment, stderr=subprocess.PIPE,
                                    stdout=subprocess.DEVNULL)
         for line in process.stderr:
             if FRAME in line:
                 return process, processor_time(process)
-        raise RuntimeError(f"{self.program} ended with {process.wait()} before its first frame")
+        raise RuntimeError(f"{self.command} ended with {process.wait()} before its first frame")
 
     def measure(self):
         process, until_frame = self.start()
@@ -120,23 +121,26 @@ def main():
     runs = int(sys.argv[2]) if len(sys.argv) > 2 else 15
     with tempfile.TemporaryDirectory(dir="/tmp") as folder:
         home = Path(folder)
-        empty = Subject("an empty window", bin_folder / "velarc_empty_window", home / "empty")
-        usual = Subject("velarc, 22 actions", bin_folder / "velarc", home / "usual")
-        large = Subject(f"velarc, {MANY_ACTIONS:,} actions", bin_folder / "velarc", home / "large")
-        for subject in (empty, usual, large):
+        bare, window = bin_folder / "velarc_empty_window", bin_folder / "velarc"
+        empty = Subject("an empty window", [bare], home / "empty")
+        line = Subject("an empty window but for a line", [bare, "Velarc"], home / "line")
+        usual = Subject("velarc, 22 actions", [window], home / "usual")
+        large = Subject(f"velarc, {MANY_ACTIONS:,} actions", [window], home / "large")
+        subjects = (empty, line, usual, large)
+        for subject in subjects:
             subject.end(subject.start()[0])  # what is made once: the store, and Qt's caches
         fill(large.store, MANY_ACTIONS)
         large.end(large.start()[0])
         for _ in range(runs):
-            for subject in (empty, usual, large):
+            for subject in subjects:
                 subject.measure()
-        report(empty, usual, large)
+        for subject in subjects:
+            subject.tell()
+        judge(empty, usual, large)
         verdict(f"velarc, idle for {IDLE_TIME} s", usual.idle(), AIM_IDLE, " ms")
 
 
-def report(empty, usual, large):
-    for subject in (empty, usual, large):
-        subject.tell()
+def judge(empty, usual, large):
     middle = statistics.median
     verdict("times the empty window's time", middle(usual.times) / middle(empty.times), AIM_CPU)
     verdict("times its memory", middle(usual.memories) / middle(empty.memories), AIM_MEMORY)

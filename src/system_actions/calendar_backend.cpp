@@ -34,12 +34,12 @@ BackgroundCalendarStore::~BackgroundCalendarStore()
 template <typename Work> auto BackgroundCalendarStore::perform(Work work, std::stop_token stop)
 {
     auto end = std::make_unique<CallEnd>(stop, m_ending.get_token(), m_bound);
-    auto running = m_worker.run(
-        [backend = m_backend, work = std::move(work)](
-            std::stop_token ended) { return work(*backend, std::move(ended)); },
-        end->token());
-    return outcomeWithin(std::move(end), std::move(running),
-        CalendarStoreError(u"The calendar does not answer."_s));
+    auto running =
+        m_worker.run([backend = m_backend, work = std::move(work)](
+                         std::stop_token ended) { return work(*backend, std::move(ended)); },
+            end->token());
+    return outcomeWithin(
+        std::move(end), std::move(running), CalendarStoreError(u"The calendar does not answer."_s));
 }
 
 QCoro::Task<bool> BackgroundCalendarStore::requestFullAccessToEvents(std::stop_token stop)
@@ -67,10 +67,8 @@ QCoro::Task<std::optional<CalendarInfo>> BackgroundCalendarStore::defaultCalenda
 QCoro::Task<QList<CalendarEvent>> BackgroundCalendarStore::events(
     CalendarWindow window, std::stop_token stop)
 {
-    return perform(
-        [window](CalendarBackend &backend, std::stop_token ended) {
-            return backend.events(window, std::move(ended));
-        },
+    return perform([window](CalendarBackend &backend,
+                       std::stop_token ended) { return backend.events(window, std::move(ended)); },
         std::move(stop));
 }
 
@@ -86,10 +84,8 @@ QCoro::Task<std::optional<CalendarEvent>> BackgroundCalendarStore::eventWithIden
 
 QCoro::Task<CalendarEvent> BackgroundCalendarStore::save(CalendarEvent event, std::stop_token stop)
 {
-    return perform(
-        [event = std::move(event)](CalendarBackend &backend, std::stop_token ended) {
-            return backend.save(event, std::move(ended));
-        },
+    return perform([event = std::move(event)](CalendarBackend &backend,
+                       std::stop_token ended) { return backend.save(event, std::move(ended)); },
         std::move(stop));
 }
 

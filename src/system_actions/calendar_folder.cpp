@@ -235,8 +235,8 @@ std::optional<CalendarFolder::Entry> CalendarFolder::file(const QByteArray &name
 std::optional<CalendarFolder::Contents> CalendarFolder::read(const QByteArray &name) const
 {
     // Not to hang on a pipe that took the place of a file.
-    const FileDescriptor file(openat(
-        m_folder.get(), name.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    const FileDescriptor file(
+        openat(m_folder.get(), name.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     struct stat status = {};
     if (!file.isOpen() || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)
         || status.st_size > kMaxIcalBytes) {
@@ -261,8 +261,8 @@ bool CalendarFolder::replace(
         unlinkat(m_folder.get(), written.constData(), 0);
         return false;
     }
-    settle(written,
-        renameat(m_folder.get(), written.constData(), m_folder.get(), name.constData()));
+    settle(
+        written, renameat(m_folder.get(), written.constData(), m_folder.get(), name.constData()));
     return true;
 }
 

@@ -83,9 +83,10 @@ public:
     // None for what cannot be read, is no file, or is beyond the bound for calendar files.
     [[nodiscard]] std::optional<Contents> read(const QByteArray &name) const;
 
-    // Both write a file of mode 0600 that is there whole or not at all, also after a power cut, which
-    // may take back the change itself if it comes within seconds. A new file takes nobody's place.
-    // replace() gives false, and changes nothing, if the file is no longer the one of that stamp.
+    // Both write a file of mode 0600 that is there whole or not at all, also after a power cut,
+    // which may take back the change itself if it comes within seconds. A new file takes nobody's
+    // place. replace() gives false, and changes nothing, if the file is no longer the one of that
+    // stamp.
     void writeNew(const QByteArray &name, const QByteArray &bytes) const;
     [[nodiscard]] bool replace(
         const QByteArray &name, const FileStamp &stamp, const QByteArray &bytes) const;

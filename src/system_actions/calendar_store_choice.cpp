@@ -73,8 +73,7 @@ QList<CalendarEvent> ChosenCalendars::events(CalendarWindow window, std::stop_to
     return chosen(stop).events(window, stop);
 }
 
-std::optional<CalendarEvent> ChosenCalendars::event(
-    const QString &identifier, std::stop_token stop)
+std::optional<CalendarEvent> ChosenCalendars::event(const QString &identifier, std::stop_token stop)
 {
     return chosen(stop).event(identifier, stop);
 }
@@ -130,8 +129,8 @@ std::optional<ChosenCalendars::Kind> ChosenCalendars::remembered() const
 void ChosenCalendars::remember() const
 {
     if (makePrivateFolder(QFileInfo(m_sources.choiceFile).path())) {
-        static_cast<void>(writeNewPrivateFile(
-            m_sources.choiceFile, m_kind == Kind::Server ? kServer : kFolder));
+        static_cast<void>(
+            writeNewPrivateFile(m_sources.choiceFile, m_kind == Kind::Server ? kServer : kFolder));
     }
 }
 

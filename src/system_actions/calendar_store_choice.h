@@ -9,9 +9,9 @@
 namespace velarc {
 
 // The desktop's calendar server where its services are on the session bus and it has a default
-// calendar, else the calendars in the folder for data. The choice that holds when the first event is
-// made on a session bus is kept in the folder for state, and stands from then on: a server that was
-// chosen and cannot be reached is a failure, so that events never part into two places.
+// calendar, else the calendars in the folder for data. The choice that holds when the first event
+// is made on a session bus is kept in the folder for state, and stands from then on: a server that
+// was chosen and cannot be reached is a failure, so that events never part into two places.
 //
 // Main thread only; nothing is asked before the first operation.
 [[nodiscard]] std::shared_ptr<CalendarStore> makeCalendarStore();
@@ -33,8 +33,7 @@ public:
     [[nodiscard]] bool requestAccess(std::stop_token stop) override;
     [[nodiscard]] QList<CalendarInfo> calendars(std::stop_token stop) override;
     [[nodiscard]] std::optional<CalendarInfo> defaultCalendar(std::stop_token stop) override;
-    [[nodiscard]] QList<CalendarEvent> events(
-        CalendarWindow window, std::stop_token stop) override;
+    [[nodiscard]] QList<CalendarEvent> events(CalendarWindow window, std::stop_token stop) override;
     [[nodiscard]] std::optional<CalendarEvent> event(
         const QString &identifier, std::stop_token stop) override;
     [[nodiscard]] CalendarEvent save(const CalendarEvent &event, std::stop_token stop) override;

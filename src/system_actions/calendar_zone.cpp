@@ -1,6 +1,7 @@
 #include "system_actions/calendar_zone.h"
 
 #include <QDateTime>
+#include <QFile>
 #include <QList>
 #include <QTimeZone>
 
@@ -8,6 +9,8 @@
 #include <ctime>
 
 namespace velarc {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -101,12 +104,41 @@ public:
     }
 };
 
+// "Area/Place": parts of letters, digits and a few signs, of which none leads anywhere else.
+bool isZoneName(QByteArrayView name)
+{
+    const auto isOfName = [](char c) {
+        return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9')
+            || c == '_' || c == '+' || c == '-' || c == '/';
+    };
+    return !name.isEmpty() && name.size() <= kLongestName
+        && std::all_of(name.begin(), name.end(), isOfName) && !name.startsWith('/')
+        && !name.endsWith('/');
+}
+
+// QTimeZone takes any word for a rule by itself, such as "Nowhere" for UTC, and so the database's
+// own files are asked for the name.
+bool isInDatabase(const QByteArray &name)
+{
+    constexpr QByteArrayView kMark("TZif");
+    if (!isZoneName(name)) {
+        return false;
+    }
+    for (const QString &folder : {u"/usr/share/zoneinfo/"_s, u"/usr/lib/zoneinfo/"_s}) {
+        QFile file(folder + QString::fromLatin1(name));
+        if (file.open(QIODevice::ReadOnly) && file.read(kMark.size()) == kMark) {
+            return true;
+        }
+    }
+    return false;
+}
+
 ZonePointer zoneCalled(const QByteArray &name)
 {
     if (name == "UTC") {
         return utcZone();
     }
-    const QTimeZone zone(name);
+    const QTimeZone zone = isInDatabase(name) ? QTimeZone(name) : QTimeZone();
     return zone.isValid() ? std::make_shared<DatabaseZone>(name, zone) : nullptr;
 }
 
@@ -126,7 +158,8 @@ UtcTime CalendarZone::utcTimeOf(WallTime wall) const
     if (before == after) {
         return asIfUtc - before;
     }
-    for (const UtcTime utc : {asIfUtc - std::max(before, after), asIfUtc - std::min(before, after)}) {
+    for (const UtcTime utc :
+        {asIfUtc - std::max(before, after), asIfUtc - std::min(before, after)}) {
         if (wallTimeAt(utc) == wall) {
             return utc;
         }
@@ -149,18 +182,17 @@ ZonePointer systemZone()
 {
     tzset();
     const QByteArray name = QTimeZone::systemTimeZoneId();
-    return std::make_shared<SystemZone>(QTimeZone(name).isValid() ? name : QByteArray());
+    return std::make_shared<SystemZone>(isInDatabase(name) ? name : QByteArray());
 }
 
 ZonePointer databaseZone(const QByteArray &name)
 {
     if (!name.startsWith('/')) {
-        return name.size() <= kLongestName ? zoneCalled(name) : nullptr;
+        return zoneCalled(name);
     }
     const QList<QByteArray> parts = name.split('/');
     for (qsizetype depth = std::min(kDeepestName, parts.size() - 1); depth > 0; --depth) {
-        const QByteArray tail = parts.last(depth).join('/');
-        if (ZonePointer zone = tail.size() <= kLongestName ? zoneCalled(tail) : nullptr) {
+        if (ZonePointer zone = zoneCalled(parts.last(depth).join('/'))) {
             return zone;
         }
     }

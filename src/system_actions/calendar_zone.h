@@ -15,8 +15,8 @@ namespace velarc {
 using WallTime = std::chrono::local_seconds;
 using UtcTime = std::chrono::sys_seconds;
 
-// Any thread; never changes once built. What the system knows of time zones is asked, as its data is
-// kept up to date; the tables inside ICU are as old as the library.
+// Any thread; never changes once built. What the system knows of time zones is asked, as its data
+// is kept up to date; the tables inside ICU are as old as the library.
 class CalendarZone
 {
 public:

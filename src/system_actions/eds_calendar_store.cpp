@@ -42,12 +42,11 @@ bool isService(const QString &name, QLatin1StringView service)
 QStringList namesFromBus(const QDBusConnection &bus, const QString &method)
 {
     constexpr int kMilliseconds = 5000;
-    const QDBusMessage question = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s,
-        u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, method);
+    const QDBusMessage question = QDBusMessage::createMethodCall(
+        u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, method);
     const QDBusMessage answer = bus.call(question, QDBus::Block, kMilliseconds);
-    return answer.type() == QDBusMessage::ReplyMessage
-        ? answer.arguments().value(0).toStringList()
-        : QStringList();
+    return answer.type() == QDBusMessage::ReplyMessage ? answer.arguments().value(0).toStringList()
+                                                       : QStringList();
 }
 
 // The server selects by UTC what has no zone of its own, so a day more is asked for on both sides.
@@ -58,8 +57,8 @@ QByteArray queryFor(CalendarWindow window)
     constexpr std::chrono::days kToBeSure(1);
     const QByteArray from = icalOfUtc(utcOfInstant(window.start) - kToBeSure);
     const QByteArray to = icalOfUtc(utcOfInstant(window.end) + kToBeSure);
-    return "(or (has-recurrences?) (occur-in-time-range? (make-time \"" + from
-        + "\") (make-time \"" + to + "\")))";
+    return "(or (has-recurrences?) (occur-in-time-range? (make-time \"" + from + "\") (make-time \""
+        + to + "\")))";
 }
 
 // The names of zones that the components use.
@@ -103,9 +102,9 @@ SessionBus askSessionBus()
 std::unique_ptr<CalendarServer> loadCalendarServer()
 {
     using Make = CalendarServer *(*)();
-    const QString path = QDir(QCoreApplication::applicationDirPath())
-                             .absoluteFilePath(QStringLiteral(VELARC_PLUGINS)
-                                 + u"/velarc-calendar-server.so"_s);
+    const QString path =
+        QDir(QCoreApplication::applicationDirPath())
+            .absoluteFilePath(QStringLiteral(VELARC_PLUGINS) + u"/velarc-calendar-server.so"_s);
     QLibrary library(path);
     const auto make = reinterpret_cast<Make>(library.resolve("velarcMakeCalendarServer"));
     return std::unique_ptr<CalendarServer>(make == nullptr ? nullptr : make());
@@ -193,8 +192,7 @@ CalendarEvent EdsCalendars::save(const CalendarEvent &event, std::stop_token sto
         place.file.change(*place.series, place.occurrence, present, event, context);
     IcalComponent events;
     events.nodes.push_back({changed});
-    const QByteArray text =
-        calendarFile(zonesOf(calendar, events, stop) + writeIcal(changed));
+    const QByteArray text = calendarFile(zonesOf(calendar, events, stop) + writeIcal(changed));
     check(m_server->modify(calendar, text, stop), stop);
     return record(calendar, event.identifier, stop).value_or(event);
 }
@@ -234,8 +232,8 @@ CalendarInfo EdsCalendars::infoOf(const ServerCalendar &calendar, const std::sto
     return {calendar.identifier, calendar.title, isWritable};
 }
 
-EventFile EdsCalendars::fileOf(const QString &calendar, const QList<QByteArray> &components,
-    const std::stop_token &stop)
+EventFile EdsCalendars::fileOf(
+    const QString &calendar, const QList<QByteArray> &components, const std::stop_token &stop)
 {
     IcalComponent events{"VCALENDAR", {}, {}, {}};
     for (const QByteArray &text : components) {

@@ -28,8 +28,7 @@ public:
     [[nodiscard]] bool requestAccess(std::stop_token stop) override;
     [[nodiscard]] QList<CalendarInfo> calendars(std::stop_token stop) override;
     [[nodiscard]] std::optional<CalendarInfo> defaultCalendar(std::stop_token stop) override;
-    [[nodiscard]] QList<CalendarEvent> events(
-        CalendarWindow window, std::stop_token stop) override;
+    [[nodiscard]] QList<CalendarEvent> events(CalendarWindow window, std::stop_token stop) override;
     [[nodiscard]] std::optional<CalendarEvent> event(
         const QString &identifier, std::stop_token stop) override;
     [[nodiscard]] CalendarEvent save(const CalendarEvent &event, std::stop_token stop) override;
@@ -48,12 +47,11 @@ private:
     ZoneBook m_zones;
 
     [[nodiscard]] ServerCalendars allCalendars(const std::stop_token &stop);
-    [[nodiscard]] CalendarInfo infoOf(
-        const ServerCalendar &calendar, const std::stop_token &stop);
-    [[nodiscard]] EventFile fileOf(const QString &calendar, const QList<QByteArray> &components,
-        const std::stop_token &stop);
-    [[nodiscard]] QByteArray zonesOf(const QString &calendar, const IcalComponent &events,
-        const std::stop_token &stop);
+    [[nodiscard]] CalendarInfo infoOf(const ServerCalendar &calendar, const std::stop_token &stop);
+    [[nodiscard]] EventFile fileOf(
+        const QString &calendar, const QList<QByteArray> &components, const std::stop_token &stop);
+    [[nodiscard]] QByteArray zonesOf(
+        const QString &calendar, const IcalComponent &events, const std::stop_token &stop);
     [[nodiscard]] std::optional<Place> find(
         const QString &calendar, const QString &identifier, const std::stop_token &stop);
     [[nodiscard]] Place placeOf(const CalendarEvent &event, const std::stop_token &stop);

@@ -33,8 +33,7 @@ bool isOwnOverride(const Occurrence &occurrence)
 
 } // namespace
 
-std::optional<EventFile> EventFile::read(
-    QByteArrayView bytes, const QString &name, ZoneBook &zones)
+std::optional<EventFile> EventFile::read(QByteArrayView bytes, const QString &name, ZoneBook &zones)
 {
     auto file = readIcal(bytes);
     if (!file) {
@@ -81,8 +80,7 @@ void EventFile::remove(
         rest.master->excluded.push_back(*occurrence.due);
     }
     if (isOwnOverride(occurrence)) {
-        rest.overrides.erase(
-            rest.overrides.begin() + (occurrence.event - series.overrides.data()));
+        rest.overrides.erase(rest.overrides.begin() + (occurrence.event - series.overrides.data()));
     }
     const bool hasMore = rest.master || !rest.overrides.empty();
     if (!hasMore || !firstOccurrence(rest, *context.system, {})) {

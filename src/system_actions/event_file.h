@@ -24,8 +24,8 @@ public:
 
     // Makes the occurrence of this file's series tell of `wanted`: itself, where it stands alone,
     // else by an override. Gives the component that tells of it now.
-    const IcalComponent &change(const IcalSeries &series, const Occurrence &occurrence, const CalendarEvent &present,
-        const CalendarEvent &wanted, const EditContext &context);
+    const IcalComponent &change(const IcalSeries &series, const Occurrence &occurrence,
+        const CalendarEvent &present, const CalendarEvent &wanted, const EditContext &context);
 
     // Takes the occurrence away. What stands alone goes whole, and so does a series whose last
     // occurrence it was.

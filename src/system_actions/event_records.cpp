@@ -2,6 +2,7 @@
 
 #include "base/async.h"
 
+#include <ctime>
 #include <utility>
 
 namespace velarc {
@@ -12,9 +13,19 @@ namespace {
 
 using std::chrono::seconds;
 
-// Beyond so many records in one answer a series gives its first occurrences alone.
+// When an answer holds so many records, or has cost so much, a series gives no more than its first
+// occurrences in the window, as far as they are found with ease: more than are ever listed.
 constexpr qsizetype kPlenty = 200'000;
-constexpr ExpansionBounds kWhenPlenty{2'000, 20};
+constexpr seconds kMostCost(3);
+constexpr ExpansionBounds kWhenPlenty{2'000, 30};
+
+// Of the thread alone, so that what else runs on the machine changes no answer.
+std::chrono::nanoseconds costSoFar()
+{
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
 
 UtcWindow utcWindowOf(CalendarWindow window)
 {
@@ -31,8 +42,8 @@ QString eventIdentifier(const QString &uid, const std::optional<IcalTime> &due)
     return due ? uid + u'#' + occurrenceName(*due) : uid;
 }
 
-CalendarEvent recordOf(const IcalSeries &series, const Occurrence &occurrence,
-    const QString &calendarIdentifier)
+CalendarEvent recordOf(
+    const IcalSeries &series, const Occurrence &occurrence, const QString &calendarIdentifier)
 {
     const IcalEvent &event = *occurrence.event;
     const bool isAllDay = event.start.form == TimeForm::Date;
@@ -59,22 +70,29 @@ QList<EventReference> readingsOf(const QString &identifier)
     return readings;
 }
 
-std::optional<Occurrence> occurrenceOf(const IcalSeries &series,
-    const std::optional<IcalTime> &due, const CalendarZone &system, std::stop_token stop)
+std::optional<Occurrence> occurrenceOf(const IcalSeries &series, const std::optional<IcalTime> &due,
+    const CalendarZone &system, std::stop_token stop)
 {
     return due ? occurrenceDueAt(series, due->utc(system), system, std::move(stop))
                : firstOccurrence(series, system, std::move(stop));
 }
 
 RecordCollector::RecordCollector(CalendarWindow window, ZonePointer system, std::stop_token stop)
-    : m_window(utcWindowOf(window)), m_system(std::move(system)), m_stop(std::move(stop))
+    : m_window(utcWindowOf(window))
+    , m_system(std::move(system))
+    , m_stop(std::move(stop))
+    , m_most(costSoFar() + kMostCost)
 {
 }
 
 void RecordCollector::take(const IcalSeries &series, const QString &calendarIdentifier)
 {
     throwIfStopped(m_stop);
-    const ExpansionBounds bounds = m_records.size() < kPlenty ? ExpansionBounds() : kWhenPlenty;
+    constexpr int kBetweenQuestions = 64; // which cost more than most series do
+    if (++m_taken % kBetweenQuestions == 0 && !m_isPlenty) {
+        m_isPlenty = m_records.size() >= kPlenty || costSoFar() >= m_most;
+    }
+    const ExpansionBounds bounds = m_isPlenty ? kWhenPlenty : ExpansionBounds();
     for (const Occurrence &occurrence :
         occurrencesIn(series, m_window, *m_system, bounds, m_stop)) {
         m_records.append(recordOf(series, occurrence, calendarIdentifier));

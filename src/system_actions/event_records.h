@@ -10,8 +10,8 @@ namespace velarc {
 // The UID of an event that stands alone; of an occurrence, with its name behind a hash sign.
 [[nodiscard]] QString eventIdentifier(const QString &uid, const std::optional<IcalTime> &due);
 
-[[nodiscard]] CalendarEvent recordOf(const IcalSeries &series, const Occurrence &occurrence,
-    const QString &calendarIdentifier);
+[[nodiscard]] CalendarEvent recordOf(
+    const IcalSeries &series, const Occurrence &occurrence, const QString &calendarIdentifier);
 
 // What a store says when the event to be changed has gone meanwhile.
 [[nodiscard]] CalendarStoreError eventIsGone();
@@ -29,7 +29,7 @@ struct EventReference
     const std::optional<IcalTime> &due, const CalendarZone &system, std::stop_token stop);
 
 // The records of every series in the window. The earliest occurrences are kept where hostile rules
-// make more of them than anybody reads.
+// make more of them than anybody reads. One thread.
 //
 // Stop: CancellationError.
 class RecordCollector
@@ -44,6 +44,9 @@ private:
     UtcWindow m_window;
     ZonePointer m_system;
     std::stop_token m_stop;
+    std::chrono::nanoseconds m_most; // that the thread may have cost when it ends
+    int m_taken = 0;
+    bool m_isPlenty = false;
     QList<CalendarEvent> m_records;
 };
 

@@ -90,8 +90,7 @@ EditContext editNow()
     return {systemZone(), utcOfInstant(std::chrono::system_clock::now())};
 }
 
-IcalComponent newEvent(
-    const CalendarEvent &event, const QString &uid, const EditContext &context)
+IcalComponent newEvent(const CalendarEvent &event, const QString &uid, const EditContext &context)
 {
     IcalComponent component{"VEVENT", "BEGIN:VEVENT\r\n", "END:VEVENT\r\n", {}};
     setText(component, "UID", uid);
@@ -110,8 +109,8 @@ IcalComponent newEvent(
     return component;
 }
 
-QByteArray newCalendarFile(const IcalComponent &event, const CalendarEvent &record,
-    const EditContext &context)
+QByteArray newCalendarFile(
+    const IcalComponent &event, const CalendarEvent &record, const EditContext &context)
 {
     QByteArray zone;
     for (const auto *name : {"DTSTART", "DTEND"}) {
@@ -157,9 +156,10 @@ IcalComponent overrideOf(
     }
     const IcalEvent &event = *occurrence.event;
     copy.add(timeProperty("RECURRENCE-ID", *occurrence.due));
-    const IcalTime end = timeLike(endModelOf(component, event.start), occurrence.end, *context.system);
-    setTimes(copy, {timeLike(event.start, occurrence.start, *context.system), end},
-        *context.system);
+    const IcalTime end =
+        timeLike(endModelOf(component, event.start), occurrence.end, *context.system);
+    setTimes(
+        copy, {timeLike(event.start, occurrence.start, *context.system), end}, *context.system);
     return copy;
 }
 

@@ -22,8 +22,8 @@ struct EditContext
     const CalendarEvent &event, const QString &uid, const EditContext &context);
 
 // A calendar file that holds the event, and the time zone that it names.
-[[nodiscard]] QByteArray newCalendarFile(const IcalComponent &event, const CalendarEvent &record,
-    const EditContext &context);
+[[nodiscard]] QByteArray newCalendarFile(
+    const IcalComponent &event, const CalendarEvent &record, const EditContext &context);
 
 // Makes `component`, which tells `event`, tell of `wanted` where that differs from `present`.
 void changeEvent(IcalComponent &component, const IcalEvent &event, const CalendarEvent &present,

@@ -22,8 +22,7 @@ std::optional<QString> textOf(const IcalComponent &component, QByteArrayView nam
     return text.isEmpty() ? std::nullopt : std::optional(std::move(text));
 }
 
-std::optional<IcalTime> timeIn(
-    const IcalComponent &component, QByteArrayView name, ZoneBook &zones)
+std::optional<IcalTime> timeIn(const IcalComponent &component, QByteArrayView name, ZoneBook &zones)
 {
     const IcalProperty *property = component.find(name);
     return property == nullptr ? std::nullopt : timeOfIcal(*property, zones);
@@ -59,8 +58,9 @@ IcalDuration between(const IcalTime &start, const IcalTime &writtenEnd)
         return {std::chrono::floor<days>(end.wall) - std::chrono::floor<days>(start.wall), {}};
     }
     const bool bothHaveZones = start.zone && end.zone;
-    return {{}, bothHaveZones ? end.zone->utcTimeOf(end.wall) - start.zone->utcTimeOf(start.wall)
-                              : end.wall - start.wall};
+    return {{},
+        bothHaveZones ? end.zone->utcTimeOf(end.wall) - start.zone->utcTimeOf(start.wall)
+                      : end.wall - start.wall};
 }
 
 IcalDuration lengthOf(const IcalComponent &component, const IcalTime &start, ZoneBook &zones)
@@ -72,8 +72,8 @@ IcalDuration lengthOf(const IcalComponent &component, const IcalTime &start, Zon
         length = durationOfIcal(duration->value).value_or(IcalDuration());
     }
     length.days = std::max(length.days, days(start.form == TimeForm::Date ? 1 : 0));
-    length.time = start.form == TimeForm::Date ? seconds::zero()
-                                               : std::max(length.time, seconds::zero());
+    length.time =
+        start.form == TimeForm::Date ? seconds::zero() : std::max(length.time, seconds::zero());
     return length;
 }
 
@@ -94,7 +94,7 @@ void readAdded(IcalEvent &event, const IcalProperty &property, ZoneBook &zones)
     const auto zone = property.parameter("TZID");
     for (const QByteArray &value : property.value.split(',')) {
         const qsizetype slash = value.indexOf('/');
-        const auto start = timeOfIcal(value.left(slash), zone, zones);
+        const auto start = timeOfIcal(slash < 0 ? value : value.left(slash), zone, zones);
         if (!start) {
             continue;
         }

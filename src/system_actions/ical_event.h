@@ -45,8 +45,8 @@ struct IcalEvent
     [[nodiscard]] bool isSeries() const { return !rules.empty() || !added.empty(); }
 };
 
-// The event that a VEVENT component tells; none for one without a start that can be read. A floating
-// EXDATE is one of the event's own zone.
+// The event that a VEVENT component tells; none for one without a start that can be read. A
+// floating EXDATE is one of the event's own zone.
 [[nodiscard]] std::optional<IcalEvent> eventOfIcal(const IcalComponent &component, ZoneBook &zones);
 
 // Everything that shares one UID in a file.

@@ -239,7 +239,8 @@ void IcalComponent::add(IcalProperty property)
 
 void IcalComponent::removeAll(QByteArrayView capitals)
 {
-    std::erase_if(nodes, [&](const IcalNode &node) { return propertyIn(node, capitals) != nullptr; });
+    std::erase_if(
+        nodes, [&](const IcalNode &node) { return propertyIn(node, capitals) != nullptr; });
 }
 
 std::optional<IcalComponent> readIcal(QByteArrayView bytes)

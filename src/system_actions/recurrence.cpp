@@ -1,6 +1,7 @@
 #include "system_actions/recurrence.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 
 namespace velarc {
@@ -106,8 +107,8 @@ public:
         };
         m_slots.erase(std::unique(m_slots.begin(), m_slots.end(), isSame), m_slots.end());
         const Exclusions excluded(m_master, m_system);
-        std::erase_if(m_slots,
-            [&](const Slot &slot) { return excluded.contain(slot.utc, slot.time.wall); });
+        std::erase_if(
+            m_slots, [&](const Slot &slot) { return excluded.contain(slot.utc, slot.time.wall); });
         return std::move(m_slots);
     }
 
@@ -155,27 +156,28 @@ private:
 class Expansion
 {
 public:
-    Expansion(const IcalSeries &series, const CalendarZone &system) : m_series(series), m_system(system)
+    Expansion(const IcalSeries &series, const CalendarZone &system)
+        : m_series(series), m_system(system)
     {
+        if (series.master) {
+            m_excluded.emplace(*series.master, system);
+        }
         for (const IcalEvent &event : series.overrides) {
             const UtcTime due = event.recurrenceId->utc(system);
             m_overridden.insert(due);
             if (event.isForFollowingToo) {
-                m_ranges.push_back(&event);
+                m_ranges.insert_or_assign(due, &event);
             } else {
                 m_single.insert(due);
             }
         }
-        std::sort(m_ranges.begin(), m_ranges.end(), [&](const IcalEvent *one, const IcalEvent *other) {
-            return one->recurrenceId->utc(system) > other->recurrenceId->utc(system);
-        });
     }
 
     // How far from its slot an occurrence may begin or end.
     [[nodiscard]] std::chrono::seconds reach() const
     {
         std::chrono::seconds reach = lengthOf(*m_series.master);
-        for (const IcalEvent *event : m_ranges) {
+        for (const auto &[due, event] : m_ranges) {
             const auto moved = event->start.wall - event->recurrenceId->wall;
             reach = std::max(reach, lengthOf(*event) + std::chrono::abs(moved));
         }
@@ -187,8 +189,7 @@ public:
     {
         std::vector<Occurrence> found;
         const IcalEvent &master = *m_series.master;
-        for (const Slot &slot :
-            Slots(master, due, m_system, bounds, std::move(stop)).find()) {
+        for (const Slot &slot : Slots(master, due, m_system, bounds, std::move(stop)).find()) {
             if (!m_overridden.contains(slot.utc)) {
                 add(found, slot);
             }
@@ -213,7 +214,8 @@ private:
     const CalendarZone &m_system;
     std::set<UtcTime> m_overridden;
     std::set<UtcTime> m_single; // by an override for one occurrence alone
-    std::vector<const IcalEvent *> m_ranges; // the latest first
+    std::map<UtcTime, const IcalEvent *> m_ranges;
+    std::optional<Exclusions> m_excluded;
 
     [[nodiscard]] static std::chrono::seconds lengthOf(const IcalEvent &event)
     {
@@ -226,24 +228,21 @@ private:
         const UtcTime due = event.recurrenceId->utc(m_system);
         return event.isForFollowingToo
             && (m_single.contains(due)
-                || (m_series.master
-                    && Exclusions(*m_series.master, m_system)
-                           .contain(due, event.recurrenceId->wall)));
+                || (m_excluded && m_excluded->contain(due, event.recurrenceId->wall)));
     }
 
     void add(std::vector<Occurrence> &found, const Slot &slot) const
     {
         const IcalEvent *event = &*m_series.master;
         IcalTime start = slot.time;
-        const auto range = std::find_if(m_ranges.begin(), m_ranges.end(), [&](const IcalEvent *one) {
-            return one->recurrenceId->utc(m_system) <= slot.utc;
-        });
-        if (range != m_ranges.end()) {
-            event = *range;
+        const auto next = m_ranges.upper_bound(slot.utc);
+        const bool isChanged = next != m_ranges.begin();
+        if (isChanged) {
+            event = std::prev(next)->second;
             start = {slot.time.wall + (event->start.wall - event->recurrenceId->wall),
                 event->start.form, event->start.zone};
         }
-        if (!event->isCancelled || range == m_ranges.end()) {
+        if (!isChanged || !event->isCancelled) {
             const IcalDuration length = slot.length.value_or(event->length);
             found.push_back(
                 {event, slot.time, start.utc(m_system), endOf(start, length, m_system)});
@@ -260,8 +259,8 @@ bool touches(const Occurrence &occurrence, UtcWindow window)
 
 Occurrence single(const IcalEvent &event, const CalendarZone &system)
 {
-    return {&event, std::nullopt, event.start.utc(system),
-        endOf(event.start, event.length, system)};
+    return {
+        &event, std::nullopt, event.start.utc(system), endOf(event.start, event.length, system)};
 }
 
 // Everything that is due in the window, whenever it takes place.
@@ -318,8 +317,7 @@ std::optional<Occurrence> firstOccurrence(
     // Nearly always the first year holds it.
     const UtcTime start = series.master ? series.master->start.utc(system) : kBeginning;
     for (std::chrono::years span(1); span < kLongest; span *= 8) {
-        const auto found =
-            occurrencesDue(series, {kBeginning, start + span}, system, {}, stop);
+        const auto found = occurrencesDue(series, {kBeginning, start + span}, system, {}, stop);
         if (!found.empty()) {
             return *std::min_element(found.begin(), found.end(), isEarlier);
         }
@@ -329,8 +327,8 @@ std::optional<Occurrence> firstOccurrence(
     return first == found.end() ? std::nullopt : std::optional(*first);
 }
 
-std::optional<Occurrence> occurrenceDueAt(const IcalSeries &series, UtcTime due,
-    const CalendarZone &system, std::stop_token stop)
+std::optional<Occurrence> occurrenceDueAt(
+    const IcalSeries &series, UtcTime due, const CalendarZone &system, std::stop_token stop)
 {
     if (!isRecurring(series)) {
         return std::nullopt;

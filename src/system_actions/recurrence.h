@@ -49,8 +49,8 @@ struct ExpansionBounds
     const IcalSeries &series, const CalendarZone &system, std::stop_token stop);
 
 // The one that is due at that moment.
-[[nodiscard]] std::optional<Occurrence> occurrenceDueAt(const IcalSeries &series, UtcTime due,
-    const CalendarZone &system, std::stop_token stop);
+[[nodiscard]] std::optional<Occurrence> occurrenceDueAt(
+    const IcalSeries &series, UtcTime due, const CalendarZone &system, std::stop_token stop);
 
 // How an occurrence is called within its series: "20250310T090000Z"; "20250310" in an all-day
 // series, "20250310T090000" where it floats.

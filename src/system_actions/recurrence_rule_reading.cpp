@@ -86,8 +86,8 @@ bool readWeekdays(RecurrenceRule &rule, const QByteArray &value)
         const QByteArray number = item.chopped(std::min<qsizetype>(item.size(), 2));
         const auto weekday = weekdayOf(item.last(std::min<qsizetype>(item.size(), 2)));
         const auto ordinal = number.isEmpty() ? std::optional(0) : numberOf(number);
-        const bool isOrdinal = number.isEmpty()
-            || (ordinal && std::abs(*ordinal) >= 1 && std::abs(*ordinal) <= 53);
+        const bool isOrdinal =
+            number.isEmpty() || (ordinal && std::abs(*ordinal) >= 1 && std::abs(*ordinal) <= 53);
         if (!weekday || !isOrdinal) {
             return false;
         }

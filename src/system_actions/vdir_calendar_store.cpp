@@ -173,7 +173,8 @@ CalendarEvent VdirCalendars::save(const CalendarEvent &event, std::stop_token st
         file.change(series, occurrence, recordOf(series, occurrence, event.calendarIdentifier),
             event, editNow());
     });
-    const auto place = placeOf({QFile::encodeName(event.calendarIdentifier)}, event.identifier, stop);
+    const auto place =
+        placeOf({QFile::encodeName(event.calendarIdentifier)}, event.identifier, stop);
     const auto saved = place ? recordAt(*place, stop) : std::nullopt;
     return saved.value_or(event);
 }
@@ -196,12 +197,13 @@ CalendarEvent VdirCalendars::create(const CalendarEvent &event)
     folder.writeNew(uid.toLatin1() + ".ics", bytes);
     const auto told = eventOfIcal(component, m_zones);
     IcalSeries series{uid, told, {}};
-    return recordOf(series, *firstOccurrence(series, *context.system, {}), event.calendarIdentifier);
+    return recordOf(
+        series, *firstOccurrence(series, *context.system, {}), event.calendarIdentifier);
 }
 
 // Most often the file is called as the event is, and no other need be read.
-std::optional<VdirCalendars::Place> VdirCalendars::placeOf(const std::vector<QByteArray> &folders,
-    const QString &identifier, const std::stop_token &stop)
+std::optional<VdirCalendars::Place> VdirCalendars::placeOf(
+    const std::vector<QByteArray> &folders, const QString &identifier, const std::stop_token &stop)
 {
     std::optional<Place> place;
     EachCalendar each;
@@ -254,11 +256,10 @@ std::optional<CalendarEvent> VdirCalendars::recordAt(
         if (series.uid != place.reference.uid) {
             continue;
         }
-        const auto occurrence =
-            occurrenceOf(series, place.reference.due, *systemZone(), stop);
-        return occurrence ? std::optional(recordOf(
-                   series, *occurrence, QFile::decodeName(place.folder)))
-                          : std::nullopt;
+        const auto occurrence = occurrenceOf(series, place.reference.due, *systemZone(), stop);
+        return occurrence
+            ? std::optional(recordOf(series, *occurrence, QFile::decodeName(place.folder)))
+            : std::nullopt;
     }
     return std::nullopt;
 }
@@ -274,8 +275,9 @@ void VdirCalendars::edit(const CalendarEvent &event, const std::stop_token &stop
     for (int tries = 0; tries < kTries; ++tries) {
         const auto place = placeOf({name}, event.identifier, stop);
         const auto contents = place ? folder.read(place->file) : std::nullopt;
-        auto file = contents ? EventFile::read(contents->bytes, QFile::decodeName(place->file), m_zones)
-                             : std::nullopt;
+        auto file = contents
+            ? EventFile::read(contents->bytes, QFile::decodeName(place->file), m_zones)
+            : std::nullopt;
         const IcalSeries *series = file ? file->find(place->reference.uid) : nullptr;
         const auto occurrence = series == nullptr
             ? std::nullopt

@@ -29,7 +29,8 @@ public:
     using Files = std::map<QByteArray, File>;
 
     // Broken files are there without events. Stop: CancellationError.
-    const Files &refresh(const CalendarFolder &folder, ZoneBook &zones, const std::stop_token &stop);
+    const Files &refresh(
+        const CalendarFolder &folder, ZoneBook &zones, const std::stop_token &stop);
 
     // The same for one file; nullptr if there is none of that name.
     const File *refresh(const CalendarFolder &folder, const QByteArray &name, ZoneBook &zones);
@@ -55,8 +56,7 @@ public:
     // "Personal", else the first that can be written.
     [[nodiscard]] std::optional<CalendarInfo> defaultCalendar(std::stop_token stop) override;
 
-    [[nodiscard]] QList<CalendarEvent> events(
-        CalendarWindow window, std::stop_token stop) override;
+    [[nodiscard]] QList<CalendarEvent> events(CalendarWindow window, std::stop_token stop) override;
     [[nodiscard]] std::optional<CalendarEvent> event(
         const QString &identifier, std::stop_token stop) override;
     [[nodiscard]] CalendarEvent save(const CalendarEvent &event, std::stop_token stop) override;
@@ -79,10 +79,10 @@ private:
     [[nodiscard]] CalendarEvent create(const CalendarEvent &event);
     [[nodiscard]] std::optional<Place> placeOf(const std::vector<QByteArray> &folders,
         const QString &identifier, const std::stop_token &stop);
-    [[nodiscard]] std::optional<Place> likelyPlaceIn(const QByteArray &folder,
-        const EventReference &reference, const std::stop_token &stop);
-    [[nodiscard]] std::optional<Place> placeIn(const QByteArray &folder,
-        const EventReference &reference, const std::stop_token &stop);
+    [[nodiscard]] std::optional<Place> likelyPlaceIn(
+        const QByteArray &folder, const EventReference &reference, const std::stop_token &stop);
+    [[nodiscard]] std::optional<Place> placeIn(
+        const QByteArray &folder, const EventReference &reference, const std::stop_token &stop);
     [[nodiscard]] std::optional<CalendarEvent> recordAt(
         const Place &place, const std::stop_token &stop);
     template <typename Edit>

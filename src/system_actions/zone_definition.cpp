@@ -11,7 +11,8 @@ namespace {
 using std::chrono::seconds;
 
 constexpr int kMostChanges = 1000; // of one rule
-constexpr int kMostSteps = 100'000;
+constexpr int kMostSteps = 100'000; // of one zone
+constexpr std::size_t kMostRules = 10; // of one observance
 constexpr WallTime kHorizon = std::chrono::local_days(std::chrono::year(2200) / 1 / 1);
 
 // "+0530" or "-043015".
@@ -49,19 +50,20 @@ public:
 
     [[nodiscard]] bool isSound() const { return m_before && m_after && m_start; }
 
-    void addTo(std::vector<ZoneChange> &changes) const
+    void addTo(std::vector<ZoneChange> &changes, StepBudget &budget) const
     {
         add(changes, m_start->wall);
         for (const IcalProperty *property : m_component.all("RDATE")) {
-            for (const QByteArray &value : property->value.split(',').mid(0, kMostChanges)) {
+            for (const QByteArray &value : property->value.split(',')) {
                 if (const auto date = timeOfIcal(value, std::nullopt, m_none)) {
                     add(changes, date->wall);
                 }
             }
         }
-        for (const IcalProperty *property : m_component.all("RRULE")) {
-            if (const auto rule = ruleOfIcal(property->value, m_none)) {
-                addRule(changes, *rule);
+        const auto rules = m_component.all("RRULE");
+        for (std::size_t index = 0; index < std::min(rules.size(), kMostRules); ++index) {
+            if (const auto rule = ruleOfIcal(rules[index]->value, m_none)) {
+                addRule(changes, *rule, budget);
             }
         }
     }
@@ -83,9 +85,9 @@ private:
         changes.push_back({momentOf(wall), *m_before, *m_after});
     }
 
-    void addRule(std::vector<ZoneChange> &changes, const RecurrenceRule &rule) const
+    void addRule(
+        std::vector<ZoneChange> &changes, const RecurrenceRule &rule, StepBudget &budget) const
     {
-        StepBudget budget(kMostSteps, {});
         RuleTimes times(rule, m_start->wall, TimeForm::Floating);
         const int most = std::min(rule.count.value_or(kMostChanges), kMostChanges);
         for (int count = 0; count < most; ++count) {
@@ -102,9 +104,8 @@ private:
         if (!rule.until) {
             return false;
         }
-        return rule.until->form == TimeForm::Zoned
-            ? momentOf(wall) > rule.until->utc(*utcZone())
-            : wall > rule.until->wall;
+        return rule.until->form == TimeForm::Zoned ? momentOf(wall) > rule.until->utc(*utcZone())
+                                                   : wall > rule.until->wall;
     }
 };
 
@@ -119,10 +120,11 @@ ZonePointer definedZone(const IcalComponent &definition)
     parts.insert(parts.end(), daylight.begin(), daylight.end());
     ZoneBook none;
     std::vector<ZoneChange> changes;
+    StepBudget budget(kMostSteps, {});
     for (std::size_t index = 0; index < std::min(parts.size(), kMostObservances); ++index) {
         const Observance observance(*parts[index], none);
         if (observance.isSound()) {
-            observance.addTo(changes);
+            observance.addTo(changes, budget);
         }
     }
     if (changes.empty() || name == nullptr) {

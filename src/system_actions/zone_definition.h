@@ -11,8 +11,8 @@ namespace velarc {
 // Rules that change the clock more often than a thousand times count for the first of them.
 [[nodiscard]] ZonePointer definedZone(const IcalComponent &definition);
 
-// The other way: a VTIMEZONE component, with CRLF line ends, that holds from a year before `from` on.
-// Empty for a zone without a name.
+// The other way: a VTIMEZONE component, with CRLF line ends, that holds from a year before `from`
+// on. Empty for a zone without a name.
 [[nodiscard]] QByteArray zoneDefinition(const CalendarZone &zone, UtcTime from);
 
 } // namespace velarc

@@ -66,9 +66,8 @@ Pattern patternOf(const ZoneChange &change)
     const std::chrono::year_month_day date(day);
     const auto last = date.year() / date.month() / std::chrono::last;
     const unsigned number = static_cast<unsigned>(date.day());
-    return {static_cast<unsigned>(date.month()), std::chrono::weekday(day).c_encoding(),
-        wall - day, static_cast<int>((number - 1) / 7 + 1),
-        number + 7 > static_cast<unsigned>(last.day())};
+    return {static_cast<unsigned>(date.month()), std::chrono::weekday(day).c_encoding(), wall - day,
+        static_cast<int>((number - 1) / 7 + 1), number + 7 > static_cast<unsigned>(last.day())};
 }
 
 // The rule that all the changes follow, one a year; empty if there is none.
@@ -111,8 +110,8 @@ QByteArray offsetText(seconds offset)
 QByteArray observance(const ZoneChange &change, const QByteArray &rule)
 {
     const QByteArray name = change.after > change.before ? "DAYLIGHT" : "STANDARD";
-    return "BEGIN:" + name + "\r\nDTSTART:"
-        + icalOfTime({wallOf(change), TimeForm::Floating, nullptr})
+    return "BEGIN:" + name
+        + "\r\nDTSTART:" + icalOfTime({wallOf(change), TimeForm::Floating, nullptr})
         + "\r\nTZOFFSETFROM:" + offsetText(change.before)
         + "\r\nTZOFFSETTO:" + offsetText(change.after) + "\r\n" + rule + "END:" + name + "\r\n";
 }

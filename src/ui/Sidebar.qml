@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import QtQuick.Window
 import Velarc
 
 // The user's actions. Choosing one selects it.
@@ -65,6 +66,7 @@ FocusScope {
         boundsBehavior: Flickable.StopAtBounds
         keyNavigationEnabled: false
         activeFocusOnTab: false
+        cacheBuffer: 0 // a row is quickly made, and what is out of sight must not take the focus
         model: sidebar.presenter.rows
         section.property: "section"
         section.delegate: SectionHeader {
@@ -79,6 +81,17 @@ FocusScope {
         Accessible.role: Accessible.List
         Accessible.name: "Actions"
         T.ScrollBar.vertical: ScrollBar {}
+        Keys.onUpPressed: moveFocus(-1)
+        Keys.onDownPressed: moveFocus(1)
+
+        // Makes and shows the row that it comes to, as Tab would not.
+        function moveFocus(by: int) {
+            const next = indexAt(1, (Window.activeFocusItem?.y ?? 0) + 1) + by;
+            if (next >= 0 && next < count) {
+                positionViewAtIndex(next, ListView.Contain);
+                itemAtIndex(next)?.forceActiveFocus(Qt.TabFocusReason);
+            }
+        }
 
         delegate: ListRow {
             required property string actionID

@@ -40,9 +40,10 @@ std::optional<CalendarEvent> CalendarContract::find(const QString &identifier)
 QList<CalendarEvent> CalendarContract::events(Instant from, Instant to)
 {
     QList<CalendarEvent> found = outcomeOf(store->events({from, to}, {}));
-    std::sort(found.begin(), found.end(), [](const CalendarEvent &left, const CalendarEvent &right) {
-        return std::tie(left.startDate, left.title) < std::tie(right.startDate, right.title);
-    });
+    std::sort(
+        found.begin(), found.end(), [](const CalendarEvent &left, const CalendarEvent &right) {
+            return std::tie(left.startDate, left.title) < std::tie(right.startDate, right.title);
+        });
     return found;
 }
 
@@ -68,10 +69,10 @@ QStringList CalendarContract::starts(Instant from, Instant to)
 
 namespace {
 
-const QByteArray kWeekly =
-    "UID:weekly\r\nDTSTAMP:20250101T000000Z\r\nSUMMARY:Stand-up\r\n"
-    "DTSTART;TZID=America/New_York:20250303T090000\r\nDTEND;TZID=America/New_York:20250303T093000\r\n"
-    "RRULE:FREQ=WEEKLY;COUNT=4\r\nX-OTHER-PROGRAM:keep me\r\n";
+const QByteArray kWeekly = "UID:weekly\r\nDTSTAMP:20250101T000000Z\r\nSUMMARY:Stand-up\r\n"
+                           "DTSTART;TZID=America/New_York:20250303T090000\r\nDTEND;TZID=America/"
+                           "New_York:20250303T093000\r\n"
+                           "RRULE:FREQ=WEEKLY;COUNT=4\r\nX-OTHER-PROGRAM:keep me\r\n";
 
 using ::testing::ElementsAre;
 
@@ -162,9 +163,10 @@ TEST_P(CalendarContract, editChangesWhatTheRecordSaysAndNothingElse)
 
 TEST_P(CalendarContract, editKeepsWhatAnotherProgramWroteAndTheZoneItWroteIn)
 {
-    world->put({"UID:foreign\r\nDTSTAMP:20250101T000000Z\r\nSUMMARY:Call\r\nX-OTHER-PROGRAM:keep me\r\n"
-                "PRIORITY:3\r\nDTSTART;TZID=Europe/Berlin:20250501T150000\r\n"
-                "DURATION:PT45M\r\n"});
+    world->put(
+        {"UID:foreign\r\nDTSTAMP:20250101T000000Z\r\nSUMMARY:Call\r\nX-OTHER-PROGRAM:keep me\r\n"
+         "PRIORITY:3\r\nDTSTART;TZID=Europe/Berlin:20250501T150000\r\n"
+         "DURATION:PT45M\r\n"});
     CalendarEvent event = only(u"Call"_s);
     EXPECT_EQ(event.startDate, at("2025-05-01 15:00", "Europe/Berlin"));
     EXPECT_EQ(event.endDate, at("2025-05-01 15:45", "Europe/Berlin"));
@@ -193,8 +195,8 @@ TEST_P(CalendarContract, readOnlyCalendarSaysSoAndTakesNothing)
 {
     const QString title = world->readOnlyCalendar();
     const QList<CalendarInfo> all = outcomeOf(store->calendars({}));
-    const auto calendar = std::find_if(all.begin(), all.end(),
-        [&](const CalendarInfo &each) { return each.title == title; });
+    const auto calendar = std::find_if(
+        all.begin(), all.end(), [&](const CalendarInfo &each) { return each.title == title; });
     ASSERT_NE(calendar, all.end());
     EXPECT_FALSE(calendar->allowsContentModifications);
     CalendarEvent event;
@@ -354,8 +356,9 @@ TEST_P(CalendarContract, occurrencesOfAnAllDaySeriesAreNamedByTheirDay)
 
 TEST_P(CalendarContract, floatingTimesAreReadInTheSystemsZone)
 {
-    world->put({"UID:floating\r\nDTSTAMP:20250101T000000Z\r\nSUMMARY:Pill\r\n"
-                "DTSTART:20250310T080000\r\nDTEND:20250310T081500\r\nRRULE:FREQ=DAILY;COUNT=2\r\n"});
+    world->put(
+        {"UID:floating\r\nDTSTAMP:20250101T000000Z\r\nSUMMARY:Pill\r\n"
+         "DTSTART:20250310T080000\r\nDTEND:20250310T081500\r\nRRULE:FREQ=DAILY;COUNT=2\r\n"});
     const QList<CalendarEvent> found = events(at("2025-03-10 00:00"), at("2025-03-12 00:00"));
     ASSERT_EQ(found.size(), 2);
     EXPECT_EQ(found[0].startDate, at("2025-03-10 08:00"));
@@ -378,8 +381,8 @@ TEST_P(CalendarContract, changedOccurrenceIsFoundAtItsNewTimeFarFromItsOldOne)
 TEST_P(CalendarContract, stoppedCallEndsAsStopped)
 {
     std::stop_source stop;
-    auto running = watch(store->events({utc("2025-01-01 00:00"), utc("2026-01-01 00:00")},
-        stop.get_token()));
+    auto running =
+        watch(store->events({utc("2025-01-01 00:00"), utc("2026-01-01 00:00")}, stop.get_token()));
     stop.request_stop();
     EXPECT_THROW(static_cast<void>(outcomeOf<QList<CalendarEvent>>(running)), CancellationError);
     EXPECT_TRUE(events(utc("2025-01-01 00:00"), utc("2026-01-01 00:00")).isEmpty());

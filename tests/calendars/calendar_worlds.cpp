@@ -124,8 +124,7 @@ public:
     [[nodiscard]] QByteArray written() override
     {
         QList<QByteArray> components;
-        EXPECT_FALSE(
-            loadCalendarServer()->select(m_default, "#t", components, {}).hasFailed);
+        EXPECT_FALSE(loadCalendarServer()->select(m_default, "#t", components, {}).hasFailed);
         return components.join();
     }
 

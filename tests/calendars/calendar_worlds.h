@@ -14,7 +14,8 @@ namespace velarc {
 void writeFile(const QString &path, const QByteArray &bytes); // and the folders above it
 [[nodiscard]] QByteArray readFile(const QString &path);
 
-// While it lives, the process may do no more than an ordinary user may, to whom the folder is given.
+// While it lives, the process may do no more than an ordinary user may, to whom the folder is
+// given.
 class OrdinaryUser
 {
 public:

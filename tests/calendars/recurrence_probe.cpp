@@ -1,6 +1,7 @@
-// Expands what stands on its standard input and prints what comes of it, for comparison with another
-// program's expansion. A line in holds, between bars, the first and the last moment of interest,
-// the zone ("" for floating, "DATE" for days), the start and the rule; a line out the starts in UTC.
+// Expands what stands on its standard input and prints what comes of it, for comparison with
+// another program's expansion. A line in holds, between bars, the first and the last moment of
+// interest, the zone ("" for floating, "DATE" for days), the start and the rule; a line out the
+// starts in UTC.
 
 #include "system_actions/recurrence.h"
 
@@ -29,8 +30,8 @@ QByteArray eventText(const QList<QByteArray> &fields)
     } else if (fields[2] == "DATE") {
         start = "DTSTART;VALUE=DATE:";
     }
-    return "BEGIN:VCALENDAR\r\nBEGIN:VEVENT\r\nUID:a\r\n" + start + fields[3] + "\r\nRRULE:"
-        + fields[4] + "\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n";
+    return "BEGIN:VCALENDAR\r\nBEGIN:VEVENT\r\nUID:a\r\n" + start + fields[3]
+        + "\r\nRRULE:" + fields[4] + "\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n";
 }
 
 QByteArray expanded(const QList<QByteArray> &fields)

@@ -2,7 +2,8 @@
 
 Runs inside tests/session/run_in_session.sh, with the program's place in VELARC_CLI. Events needs a
 session without a calendar server: the calendars are the program's own then, files below the
-session's data folder, read here by their lines. Server needs one where the bus starts the server.
+session's data folder, read here by their lines. FullDisk needs one that may mount besides. Server
+needs one where the bus starts the server, and Denied one where the bus lets nobody speak to it.
 """
 
 import json
@@ -116,8 +117,7 @@ class Events(unittest.TestCase):
         CALENDARS.write_text("no folder\n")
         self.addCleanup(CALENDARS.unlink)
         status, out, err = cli("run", "Create Calendar Event", "title: x")
-        self.assertEqual((status, out), (1, ""))
-        self.assertRegex(err, r"^velarc-cli: .+\n$")
+        self.assertEqual((status, out, err), (1, "", "velarc-cli: Not a directory\n"))
         self.assertEqual(CALENDARS.read_text(), "no folder\n")
 
     def test_listing_events_is_not_offered(self):
@@ -132,6 +132,53 @@ class Events(unittest.TestCase):
                 self.assertEqual(cli("run", action, "Hello"),
                                  (3, "This action needs foreground compose UI in Mail or Messages. "
                                      "Open Velarc and run it there.\n", ""))
+
+
+class FullDisk(unittest.TestCase):
+    FULL = (1, "", "velarc-cli: No space left on device\n")
+
+    @classmethod
+    def setUpClass(cls):
+        store_action("Change It", "calendarEditEvent")
+        store_action("Remove It", "calendarDeleteEvent")
+
+    def setUp(self):
+        self.calendar = CALENDARS / "Personal"
+        self.calendar.mkdir(parents=True, exist_ok=True)
+        subprocess.run(["mount", "-t", "tmpfs", "-o", "size=64k", "tmpfs", self.calendar], check=True)
+        self.addCleanup(subprocess.run, ["umount", self.calendar], check=True)
+        self.assertEqual(self.create("Kept")[0], 0)
+        self.before = self.contents()
+        with self.assertRaises(OSError), open(self.calendar / "filler", "wb", buffering=0) as filler:
+            while True:
+                filler.write(bytes(512))
+
+    def create(self, title):
+        return cli("run", "Create Calendar Event", f"title: {title}\nstart: {SOON} 09:00")
+
+    def contents(self):
+        return {file.name: file.read_bytes() for file in self.calendar.iterdir()
+                if file.name != "filler"}
+
+    def test_an_event_that_does_not_fit_gives_the_systems_reason_and_changes_nothing(self):
+        self.assertEqual(self.create("Lost"), self.FULL)
+        self.assertEqual(self.contents(), self.before)
+
+    def test_a_change_that_does_not_fit_gives_the_systems_reason_and_changes_nothing(self):
+        self.assertEqual(cli("run", "Change It", "title: Kept\nnotes: " + "long " * 100), self.FULL)
+        self.assertEqual(self.contents(), self.before)
+
+    def test_an_event_can_be_removed_all_the_same(self):
+        self.assertEqual(cli("run", "Remove It", "title: Kept"),
+                         (0, 'Deleted calendar event "Kept".\n', ""))
+        self.assertEqual(self.contents(), {})
+
+
+class Denied(unittest.TestCase):
+    def test_an_event_is_made_nowhere(self):
+        self.assertEqual(cli("run", "Create Calendar Event", "title: Dentist"),
+                         (1, "", "velarc-cli: Calendar permission was denied.\n"))
+        self.assertEqual(event_files(), [])
 
 
 class Server(unittest.TestCase):

@@ -175,10 +175,12 @@ class Window:
         return None
 
     def focused(self):
+        """The innermost node that has the focus: what it stands in says that it has, too."""
+        found = None
         for node in self.nodes():
             if node.get_state_set().contains(Atspi.StateType.FOCUSED):
-                return node
-        return None
+                found = node
+        return found
 
     def wait_for_focus(self, name):
         return wait_for(f"the focus on '{name}'",

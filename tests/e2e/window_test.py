@@ -61,6 +61,16 @@ class Running(WindowTest):
         self.window.key("space")
         wait_for("the result on the clipboard", lambda: clipboard() not in (b"", b"before"))
 
+    def test_arrow_keys_reach_the_actions_that_are_out_of_sight(self):
+        self.window.wait_for_focus(EDITOR)
+        hidden = "Focus Sprint Planner"
+        self.assertIsNone(self.window.named(hidden, "list item"))
+        self.tab_to("Tell Me a Joke")
+        self.window.key(*["Down"] * 30)  # the last one is where it ends
+        self.window.wait_for_focus(hidden)
+        self.window.key("space")
+        self.window.find(hidden, BUTTON)
+
     def tab_to(self, name):
         for _ in range(60):
             self.window.key("Tab")
@@ -94,7 +104,7 @@ class Reading(WindowTest):
         self.select("Git Ideas")
         for label, shown in WAYS.items():
             with self.subTest(label):
-                self.window.find(EDITOR)
+                self.window.wait_for_focus(EDITOR)
                 self.window.press(label, BUTTON)
                 self.window.find(shown)
                 self.window.key("Escape")
@@ -131,11 +141,12 @@ class Reading(WindowTest):
     def test_each_way_into_a_sheet_opens_it_and_escape_closes_it(self):
         for key, title in (("ctrl+k", "Manage Actions"), ("ctrl+n", "Action Studio")):
             with self.subTest(title):
-                self.window.find(EDITOR)
+                self.window.wait_for_focus(EDITOR)
                 self.window.key(key)
                 self.window.find(title)
                 self.window.key("Escape")
                 self.window.wait_until_gone(title)
+        self.window.wait_for_focus(EDITOR)  # as it was before
 
     def test_more_leads_to_the_usage_of_today(self):
         self.window.press("More", BUTTON)
@@ -150,6 +161,7 @@ class Arrangements(WindowTest):
         self.window.key("Escape")
 
     def test_the_older_one_has_a_strip_of_four_actions_and_no_card(self):
+        self.window.wait_for_focus(EDITOR)
         self.window.find("Action", "heading")
         self.turn_over()
         self.addCleanup(self.return_to_the_newer_one)

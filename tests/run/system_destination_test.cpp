@@ -147,6 +147,19 @@ TEST_F(SystemDestinationTest, missingMailProgramReachesTheScreenAndTheInputStays
     EXPECT_EQ(viewModel->quickInput(), u"write to ann"_s);
 }
 
+TEST_F(SystemDestinationTest, mailThatIsTooLongReachesTheScreenAndTheInputStays)
+{
+    compose->failure = failureOf(
+        CommunicationComposeError::failed(u"Text is too long to hand to the mail program."_s));
+    viewModel->setQuickInput(u"write to ann"_s);
+    run(Kind::MailCompose, u"Body: Hello"_s, u"write to ann"_s);
+    EXPECT_EQ(shownError(),
+        (EngineError{u"Destination failed: "_s + label(Kind::MailCompose) + u'.',
+            u"Text is too long to hand to the mail program."_s}));
+    EXPECT_EQ(viewModel->quickInput(), u"write to ann"_s);
+    EXPECT_EQ(viewModel->latestRunDebugInfo(), std::nullopt);
+}
+
 TEST_F(SystemDestinationTest, runForAShortcutMakesTheEventToo)
 {
     action.destination = ActionDestination::system(Kind::CalendarCreateEvent);
@@ -193,7 +206,7 @@ TEST_F(SystemDestinationOnDisk, folderThatCannotBeMadeGivesItsOwnReason)
     QFile inTheWay(root);
     ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
     run(Kind::CalendarCreateEvent, u"Title: Review"_s, u"x"_s);
-    EXPECT_FALSE(shownError().technical.value_or(QString()).isEmpty());
+    EXPECT_EQ(shownError().technical, qt_error_string(ENOTDIR));
     EXPECT_EQ(shownError().message,
         u"Request failed for provider "_s + label(AIProvider::AppleIntelligence) + u'.');
     EXPECT_EQ(inTheWay.size(), 0);

@@ -13,6 +13,7 @@
 #                            unlocked the keyring daemon runs, its login collection is unlocked
 #   VELARC_SESSION_SERVICES  a folder whose *.service files the bus knows
 #   VELARC_SESSION_HOME      a folder that is the user's home and outlasts the session, if one is given
+#   VELARC_SESSION_DENIED    a name to which the bus lets nobody speak
 #
 # In the session VELARC_SESSION names its folder, and VELARC_SESSION_PASSWORD is the password of the
 # login collection.
@@ -51,6 +52,9 @@ write_bus_config() {
     [[ $bus != desktop ]] || services='<standard_session_servicedirs/>'
     [[ -z ${VELARC_SESSION_SERVICES:-} ]] \
         || services+="<servicedir>$VELARC_SESSION_SERVICES</servicedir>"
+    local denied=
+    [[ -z ${VELARC_SESSION_DENIED:-} ]] \
+        || denied="<deny send_destination=\"$VELARC_SESSION_DENIED\"/>"
     cat <<END
 <!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
@@ -63,6 +67,7 @@ write_bus_config() {
     <allow send_destination="*" eavesdrop="true"/>
     <allow eavesdrop="true"/>
     <allow own="*"/>
+    $denied
   </policy>
 </busconfig>
 END

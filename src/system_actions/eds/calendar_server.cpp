@@ -101,8 +101,8 @@ private:
 
 ServerOutcome readOnly()
 {
-    return {true, false,
-        QString::fromUtf8(e_client_error_to_string(E_CLIENT_ERROR_PERMISSION_DENIED))};
+    return {
+        true, false, QString::fromUtf8(e_client_error_to_string(E_CLIENT_ERROR_PERMISSION_DENIED))};
 }
 
 void append(QList<QByteArray> &texts, ICalComponent *component)
@@ -120,12 +120,10 @@ bool addZones(ECalClient *client, ICalComponent *file, Call &call)
     for (; found;
          found.reset(i_cal_component_get_next_component(file, I_CAL_VTIMEZONE_COMPONENT))) {
         const ObjectPointer<ICalTimezone> zone(i_cal_timezone_new());
-        const bool isZone = i_cal_timezone_set_component(
-                                zone.get(), i_cal_component_clone(found.get()))
-            != 0;
+        const bool isZone =
+            i_cal_timezone_set_component(zone.get(), i_cal_component_clone(found.get())) != 0;
         if (isZone
-            && e_cal_client_add_timezone_sync(
-                   client, zone.get(), call.cancellable(), call.error())
+            && e_cal_client_add_timezone_sync(client, zone.get(), call.cancellable(), call.error())
                 == 0) {
             return false;
         }
@@ -202,8 +200,7 @@ public:
                 != 0;
             const ObjectsPointer objects(list);
             for (GSList *item = list; item != nullptr; item = item->next) {
-                append(components,
-                    e_cal_component_get_icalcomponent(E_CAL_COMPONENT(item->data)));
+                append(components, e_cal_component_get_icalcomponent(E_CAL_COMPONENT(item->data)));
             }
             return isDone || call.saysThatNothingIsThere();
         });
@@ -232,9 +229,9 @@ public:
         return write(calendar, file, std::move(stop),
             [](ECalClient *found, ICalComponent *event, Call &call) {
                 char *uid = nullptr;
-                const bool isDone = e_cal_client_create_object_sync(found, event,
-                                        E_CAL_OPERATION_FLAG_NONE, &uid, call.cancellable(),
-                                        call.error())
+                const bool isDone =
+                    e_cal_client_create_object_sync(found, event, E_CAL_OPERATION_FLAG_NONE, &uid,
+                        call.cancellable(), call.error())
                     != 0;
                 g_free(uid);
                 return isDone;
@@ -319,8 +316,8 @@ private:
         if (!source) {
             return nullptr;
         }
-        EClient *client = e_cal_client_connect_sync(source.get(),
-            E_CAL_CLIENT_SOURCE_TYPE_EVENTS, kDoNotWait, call.cancellable(), call.error());
+        EClient *client = e_cal_client_connect_sync(source.get(), E_CAL_CLIENT_SOURCE_TYPE_EVENTS,
+            kDoNotWait, call.cancellable(), call.error());
         if (client == nullptr) {
             return nullptr;
         }
@@ -328,8 +325,8 @@ private:
         return (m_clients[calendar] = ObjectPointer<ECalClient>(E_CAL_CLIENT(client))).get();
     }
 
-    // A server that has just opened a calendar calls it read-only for a moment, and takes it back by
-    // a signal.
+    // A server that has just opened a calendar calls it read-only for a moment, and takes it back
+    // by a signal.
     [[nodiscard]] bool isReadOnly(ECalClient *client) const
     {
         constexpr std::chrono::milliseconds kMoment(300);

@@ -2,8 +2,8 @@
 
 // What the plugin for the desktop's calendar server offers: its calls, and texts in and out.
 //
-// The plugin is a library of its own, so that programs do without the server's libraries where there
-// is no server. It throws nothing, and it is never unloaded.
+// The plugin is a library of its own, so that programs do without the server's libraries where
+// there is no server. It throws nothing, and it is never unloaded.
 
 #include <QByteArray>
 #include <QList>

@@ -66,12 +66,8 @@ T.ItemDelegate {
         radius: Theme.controlRadius - 2
         color: row.isSelected ? Theme.selection
             : row.down ? Theme.pressed : row.hovered ? Theme.hover : "transparent"
-
-        FocusRing {
-            shown: row.showsFocus
-            gap: -2
-            targetRadius: Theme.controlRadius - 2
-        }
+        border.width: row.showsFocus ? 2 : 0 // the ring, without an item of its own in every row
+        border.color: Theme.focusRing
     }
 
     TipLoader {

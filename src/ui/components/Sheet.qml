@@ -18,7 +18,6 @@ T.Popup {
     property alias foot: footRow.data
     default property alias body: bodyArea.data
     property Item focusedBefore: null
-    property bool heldFocus: false // when it began to close; another sheet may have taken it
 
     parent: T.Overlay.overlay
     modal: true
@@ -37,14 +36,22 @@ T.Popup {
     }
 
     onAboutToShow: focusedBefore = parent.Window.activeFocusItem
-    onAboutToHide: heldFocus = contentItem.activeFocus
     onClosed: {
-        if (heldFocus && focusedBefore !== null && focusedBefore.visible) {
+        const wasInSheet = isInSheet(focusedBefore);
+        if (focusedBefore?.visible && (wasInSheet || !isInSheet(parent.Window.activeFocusItem))) {
             focusedBefore.forceActiveFocus();
-        } else if (heldFocus) {
-            parent.Window.contentItem.forceActiveFocus(); // who had it went with another sheet
         }
         focusedBefore = null;
+    }
+
+    // Of this window. Another one may have opened, and taken the focus, before this one closes.
+    function isInSheet(item: Item): bool {
+        for (let within = item; within !== null; within = within.parent) {
+            if (within === sheet.parent) {
+                return true;
+            }
+        }
+        return false;
     }
 
     enter: Transition {
