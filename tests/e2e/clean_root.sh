@@ -33,9 +33,11 @@ say() {
     printf '\n=== %s\n' "$*"
 }
 
+# A command, and with its end the end of everything that it has started.
 within() {
-    env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root TERM=dumb DEBIAN_FRONTEND=noninteractive \
-        chroot "$root" "$@"
+    unshare --pid --fork --kill-child --mount-proc="$root/proc" \
+        env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root TERM=dumb \
+        DEBIAN_FRONTEND=noninteractive chroot "$root" "$@"
 }
 
 install() {
@@ -76,7 +78,7 @@ fresh_root() {
 
 leave_root() {
     root=$folder/root
-    umount --recursive "$root"
+    umount --recursive --lazy "$root" # something may still look at a device
 }
 
 # Every file of the system, but for what apt and dpkg note for themselves.

@@ -125,7 +125,7 @@ class Session(unittest.TestCase):
         before = len(result.failures) + len(result.errors)
         super().run(result)
         Session.failed = len(result.failures) + len(result.errors) > before
-        if Session.failed and self.window:
+        if Session.failed and self.window and self.window.process.poll() is None:
             self.tell_what_is_shown()
         return result
 
