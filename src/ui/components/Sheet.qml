@@ -18,7 +18,6 @@ T.Popup {
     property alias foot: footRow.data
     default property alias body: bodyArea.data
     property Item focusedBefore: null
-    property bool heldFocus: false // when it began to close; another sheet may have taken it
 
     parent: T.Overlay.overlay
     modal: true
@@ -36,15 +35,34 @@ T.Popup {
         color: Theme.scrim
     }
 
-    onAboutToShow: focusedBefore = parent.Window.activeFocusItem
-    onAboutToHide: heldFocus = contentItem.activeFocus
+    onAboutToShow: {
+        const holder = parent.Window.activeFocusItem;
+        focusedBefore = holder === parent.Window.contentItem ? null : holder;
+    }
     onClosed: {
-        if (heldFocus && focusedBefore !== null && focusedBefore.visible) {
-            focusedBefore.forceActiveFocus();
-        } else if (heldFocus) {
-            parent.Window.contentItem.forceActiveFocus(); // who had it went with another sheet
-        }
+        const holder = parent.Window.activeFocusItem;
+        if (holder === null || holder === parent.Window.contentItem) {
+            giveFocusBack();
+        } // else another sheet has taken it
         focusedBefore = null;
+    }
+
+    // To who had it, or to what is left around them; should their sheet have gone, to the screen
+    // below, which knows who had it there.
+    function giveFocusBack() {
+        let item = focusedBefore;
+        while (item !== null && !(item.visible && (item === focusedBefore || isScope(item)))) {
+            item = item.parent;
+        }
+        const screens = parent.Window.contentItem.children;
+        for (let at = 0; item === null && at < screens.length; ++at) {
+            item = isScope(screens[at]) ? screens[at] : null;
+        }
+        item?.forceActiveFocus();
+    }
+
+    function isScope(item: Item): bool {
+        return (item as FocusScope) !== null;
     }
 
     enter: Transition {
@@ -88,9 +106,11 @@ T.Popup {
         Item {
             id: header
 
+            readonly property int pitch: Math.max(titles.implicitHeight, commandRow.implicitHeight)
+
             width: parent.width
-            height: Math.max(titles.implicitHeight, commandRow.implicitHeight)
-                    + 2 * (sheet.title === "" ? Theme.space2 : Theme.space4)
+            height: sheet.title === "" ? Theme.space4 : pitch + 2 * Theme.space4
+            z: 1 // without a title its commands stand beside the body's own
 
             Column {
                 id: titles
@@ -123,7 +143,7 @@ T.Popup {
 
                 anchors.right: parent.right
                 anchors.rightMargin: Theme.space5
-                anchors.verticalCenter: parent.verticalCenter
+                y: Theme.space4 + (header.pitch - height) / 2
                 spacing: Theme.space2
             }
         }
