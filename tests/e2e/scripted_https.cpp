@@ -6,6 +6,7 @@
 // 127.0.0.1. Standard input is the script, an answer a line:
 //   {"status": 200, "headers": {"name": "value"}, "body": "text"}
 //   {"silence": true}
+//   {"late": true, "status": 200, ...}   to those that met with silence, at once
 //   {"close": true}
 // Each whole request uses up one answer; without one it is answered with status 500. Standard
 // output has a line {"listening": true} at the start and one a request:
@@ -93,6 +94,15 @@ private:
         return answer;
     }
 
+    void take(const QJsonObject &line)
+    {
+        if (line.contains("late"_L1)) {
+            m_server.sendMore(answerOf(line).bytes);
+        } else {
+            m_answers.push_back(answerOf(line));
+        }
+    }
+
     void readScript()
     {
         constexpr std::size_t kPieceBytes = 64 * 1024;
@@ -104,7 +114,7 @@ private:
         }
         m_unread += piece.left(count);
         for (qsizetype end = m_unread.indexOf('\n'); end >= 0; end = m_unread.indexOf('\n')) {
-            m_answers.push_back(answerOf(QJsonDocument::fromJson(m_unread.left(end)).object()));
+            take(QJsonDocument::fromJson(m_unread.left(end)).object());
             m_unread.remove(0, end + 1);
         }
     }
