@@ -240,6 +240,63 @@ class Library(SheetsTest):
         self.window.key("Return")
 
 
+class Keyboard(SheetsTest):
+    """Every sheet without a pointer, and as a screen reader comes to it."""
+
+    CONTROLS = (BUTTON, "check box", "toggle button", "combo box", "text", "password text")
+    OF_A_GROUP = ("radio button", ROW)  # Tab comes to one of them, the arrows to the others
+
+    def controls(self, title, roles):
+        return [node for node in self.window.below(title) if node.get_role_name() in roles]
+
+    def walk(self):
+        """The names of what Tab comes to, until it has come round."""
+        names = []
+        while len(names) < 60:
+            name = wait_for("a focus", self.window.focused).get_name()
+            if names and name == names[0]:
+                return names
+            names.append(name)
+            self.window.key("Tab")
+        self.fail(f"Tab never came round: {names}")
+
+    def look_at(self, title):
+        for node in self.controls(title, self.CONTROLS + self.OF_A_GROUP):
+            self.assertNotEqual(node.get_name(), "", node.get_role_name())
+            if node.get_role_name() not in ("text", "password text"):
+                actions = [node.get_action_name(at) for at in range(node.get_n_actions())]
+                self.assertIn("Press", actions, node.get_name())
+        reached = self.walk()
+        for node in self.controls(title, self.CONTROLS):
+            self.assertIn(node.get_name(), reached)
+
+    def test_each_sheet_is_walked_by_tab_and_left_by_escape(self):
+        for open_sheet, title in (
+                (lambda: self.window.key("ctrl+k"), LIBRARY),
+                (lambda: self.window.key("ctrl+n"), "Action Studio"),
+                (lambda: self.open_from_more("Usage", "Usage"), "Usage"),
+                (lambda: self.window.press("More", BUTTON), "More"),
+                (lambda: self.window.press("Engine Room", BUTTON), "Engine Room")):
+            with self.subTest(title):
+                open_sheet()
+                self.window.find(title, "dialog")
+                self.look_at(title)
+                self.leave(title)
+
+    def test_each_section_of_the_engine_room_and_the_connect_sheet_are_walked_by_tab(self):
+        self.window.press("Engine Room", BUTTON)
+        for section in ("Default Engine", "Advanced", "Connections"):
+            with self.subTest(section):
+                self.window.press(section, "radio button")
+                self.look_at("Engine Room")
+        self.window.press_in("Engine Room", "Connect", "Gemini")
+        self.window.wait_for_focus("Gemini API Key")
+        self.look_at("Connect Gemini")
+        self.window.key("Escape")
+        self.wait_until_closed("Connect Gemini")
+        self.leave("Engine Room")
+
+
 class Engines(SheetsTest):
     def setUp(self):
         self.provider = Provider(os.environ["VELARC_SCRIPTED_HTTPS"])
