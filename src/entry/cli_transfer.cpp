@@ -124,8 +124,8 @@ QCoro::Task<CliExit> importActions(
     ImportCommand command, CliSurroundings surroundings, std::stop_token stop)
 {
     if (command.file == kStandardStream && surroundings.standardInputIsTerminal()) {
-        co_return complain(surroundings,
-            u"Name a file: velarc-cli import FILE, or pipe one in."_s, CliExit::Usage);
+        co_return complain(surroundings, u"Name a file: velarc-cli import FILE, or pipe one in."_s,
+            CliExit::Usage);
     }
     ActionFile file;
     QString refusal;

@@ -61,6 +61,7 @@ MainWindow::MainWindow(AppViewModel &viewModel, QString statePath)
 
 MainWindow::~MainWindow()
 {
+    m_caretRest.reset();
     m_window.reset();
 }
 

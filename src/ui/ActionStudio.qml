@@ -17,7 +17,7 @@ Sheet {
         shortcutText: "Esc"
         onClicked: sheet.presenter.cancel()
     }
-    onOpened: identity.start(presenter.isNew)
+    onAboutToShow: identity.start(presenter.isNew)
 
     FocusScope {
         anchors.fill: parent

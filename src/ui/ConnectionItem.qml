@@ -98,9 +98,11 @@ Item {
         Button {
             id: connect
 
+            readonly property color quiet: "#475569" // a literal in a call is no colour yet
+
             kind: item.isConnected ? Button.Bordered : Button.Prominent
             tint: "#6366F1"
-            foreground: item.isConnected ? Theme.symbolColor("#475569") : Theme.textOnAccent
+            foreground: item.isConnected ? Theme.symbolColor(quiet) : Theme.textOnAccent
             text: item.isConnected ? "Reconnect" : "Connect"
             Accessible.description: item.name
             onClicked: item.connectRequested()

@@ -9,9 +9,8 @@ FocusScope {
 
     implicitHeight: section.implicitHeight
 
-    // A new action's name is typed over.
+    // A new action's name is typed over, from the first key on.
     function start(isNew: bool) {
-        name.forceActiveFocus(Qt.TabFocusReason);
         if (isNew) {
             name.selectAll();
         }

@@ -97,7 +97,8 @@ TEST_P(CliUsageTest, saysInOneSentenceWhatIsWrong)
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryMistake, CliUsageTest,
-    ::testing::Values(UsageRow{{}, u"Say what to do: \"actions\", \"run\", \"export\" or \"import\"."},
+    ::testing::Values(
+        UsageRow{{}, u"Say what to do: \"actions\", \"run\", \"export\" or \"import\"."},
         UsageRow{{u"frobnicate"_s}, u"Unknown command: \"frobnicate\"."},
         UsageRow{{u"run"_s}, u"Name an action: velarc-cli run ACTION [TEXT]."},
         UsageRow{{u"run"_s, u"A"_s, u"two"_s, u"words"_s},
@@ -135,8 +136,8 @@ TEST(CliCommand, whatDoesNotGoWithAnExportOrImportIsAUsageError)
     for (const QStringList &arguments :
         {QStringList{u"export"_s, u"a"_s, u"b"_s}, QStringList{u"export"_s, u"--json"_s},
             QStringList{u"export"_s, u"--output="_s}, QStringList{u"export"_s, u"--dry-run"_s},
-            QStringList{u"import"_s, QString()},
-            QStringList{u"import"_s, u"a"_s, u"b"_s}, QStringList{u"import"_s, u"a"_s, u"--json"_s},
+            QStringList{u"import"_s, QString()}, QStringList{u"import"_s, u"a"_s, u"b"_s},
+            QStringList{u"import"_s, u"a"_s, u"--json"_s},
             QStringList{u"import"_s, u"a"_s, u"-o"_s, u"b"_s},
             QStringList{u"run"_s, u"a"_s, u"--dry-run"_s}}) {
         EXPECT_FALSE(parsed<UsageError>(arguments).message.isEmpty());

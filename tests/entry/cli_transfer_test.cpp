@@ -165,8 +165,8 @@ TEST_F(CliTransferTest, importWithoutAFileDoesNotWaitForATerminal)
 {
     inputIsTerminal = true;
     EXPECT_EQ(perform({u"import"_s}), CliExit::Usage);
-    EXPECT_EQ(complained(),
-        u"velarc-cli: Name a file: velarc-cli import FILE, or pipe one in.\n"_s);
+    EXPECT_EQ(
+        complained(), u"velarc-cli: Name a file: velarc-cli import FILE, or pipe one in.\n"_s);
 }
 
 TEST_F(CliTransferTest, importThatTheWindowRefusesFailsWithItsSentence)

@@ -105,7 +105,7 @@ TEST_F(StudioSheetTest, switchingFromOpenAIToTheDeviceAndBackFillsInTheDefaultMo
     EXPECT_EQ(draft().modelOverrideID, u"gpt-5"_s);
 }
 
-TEST_F(StudioSheetTest, switchingFromOpenAIToGeminiKeepsTheModelUntilTheUserChangesIt)
+TEST_F(StudioSheetTest, switchingFromOpenAIToGeminiKeepsTheModelAndARunSendsItToGemini)
 {
     edit([](AIAction &action) {
         action.provider = AIProvider::OpenAI;

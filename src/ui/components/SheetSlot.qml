@@ -13,21 +13,24 @@ Loader {
     signal dismissed
 
     readonly property Sheet open: item as Sheet
+    property bool isClosing: false // the sheet that stands here; it fades away
 
     active: false
     source: Qt.resolvedUrl("../" + sheet + ".qml")
     onPresentedChanged: follow()
     Component.onCompleted: follow()
-    onLoaded: (item as Sheet).open()
+    onLoaded: {
+        isClosing = false;
+        (item as Sheet).open();
+    }
 
+    // A sheet that is still fading in counts as open.
     function follow() {
-        if (presented && open !== null && open.opened) {
-            return;
-        }
-        if (presented) {
+        const stands = open !== null && !isClosing;
+        if (presented && !stands) {
             active = false;
             active = true;
-        } else if (open !== null && open.opened) {
+        } else if (!presented && stands) {
             open.close();
         }
     }
@@ -45,6 +48,7 @@ Loader {
         ignoreUnknownSignals: true
 
         function onAboutToHide() {
+            slot.isClosing = true;
             if (slot.presented) {
                 slot.dismissed();
             }
