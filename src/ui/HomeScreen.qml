@@ -81,14 +81,16 @@ FocusScope {
         Loader {
             id: phase
 
+            readonly property InputView inputView: item as InputView
+
             width: parent.width
             // The files of the later phases are not read at the start.
             source: ["InputView.qml", "ProcessingView.qml", "OutputView.qml"][home.presenter.phase]
         }
 
         Binding {
-            target: phase.item as InputView
-            when: target !== null
+            target: phase.inputView
+            when: phase.inputView !== null
             property: "availableHeight"
             value: scroll.availableHeight
         }

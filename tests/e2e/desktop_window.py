@@ -248,9 +248,10 @@ class WindowTest(unittest.TestCase):
 
     def select(self, action):
         """In the sidebar, which has rows only for what is in view."""
-        self.window.find("Quick Actions")
+        self.window.find("Actions", "list")
+        turns = iter([DOWN] * 20 + [UP] * 40)
         while not self.window.named(action, "list item"):
-            self.window.scroll(100, 600, DOWN)
+            self.window.scroll(100, 600, next(turns))
         self.window.press(action, "list item")
         self.window.find(action, BUTTON)  # the card of the action
 
