@@ -32,7 +32,8 @@ public:
 
     // Opens the file at `path`, making it if it is not there. What is made is the user's alone from
     // the first moment, and an existing file is narrowed to that. A file that cannot be written, or
-    // has no room beside it for what that takes, is opened for reading. Every call on the file waits for others that hold it, `patience` at most.
+    // has no room beside it for what that takes, is opened for reading. Every call on the file
+    // waits for others that hold it, `patience` at most.
     [[nodiscard]] static Opened open(const QString &path, std::chrono::milliseconds patience);
 
     ~DefaultsFile();
