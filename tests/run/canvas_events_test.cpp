@@ -131,6 +131,8 @@ INSTANTIATE_TEST_SUITE_P(EveryRule, ChangeTest,
         // In the middle of other text: as many characters as the clipboard has, 12 at most.
         ChangeRow{u"clip", u"a ", u"a clip", true},
         ChangeRow{u"a long clipboard text", u"x ", u"x a long clipboard text", true},
+        ChangeRow{u"a long clipboard text", u"x a long cl", u"x a long clipboard text", true},
+        ChangeRow{u"a long clipboard text", u"x a long cli", u"x a long clipboard text", false},
         ChangeRow{u"clip", u"a cli", u"a clip", false}, ChangeRow{u"b", u"a", u"a b", true},
         ChangeRow{u"b", u"a ", u"a b", false},
         // Nothing but white space changes, or nothing at all.
