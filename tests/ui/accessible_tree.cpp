@@ -2,8 +2,6 @@
 
 #include <QQuickWindow>
 
-#include <functional>
-
 namespace velarc {
 
 namespace {
@@ -39,13 +37,20 @@ void appendTexts(QStringList &texts, QAccessibleInterface &element)
 
 } // namespace
 
+void forEachElement(
+    QAccessibleInterface *root, const std::function<void(QAccessibleInterface &)> &look)
+{
+    walk(root, [&](QAccessibleInterface &element) {
+        look(element);
+        return false;
+    });
+}
+
 QStringList accessibleTexts(QQuickWindow &window)
 {
     QStringList texts;
-    walk(QAccessible::queryAccessibleInterface(&window), [&](QAccessibleInterface &element) {
-        appendTexts(texts, element);
-        return false;
-    });
+    forEachElement(QAccessible::queryAccessibleInterface(&window),
+        [&](QAccessibleInterface &element) { appendTexts(texts, element); });
     return texts;
 }
 

@@ -5,9 +5,15 @@
 #include <QAccessible>
 #include <QStringList>
 
+#include <functional>
+
 class QQuickWindow;
 
 namespace velarc {
+
+// Each element from `root` on, in reading order.
+void forEachElement(
+    QAccessibleInterface *root, const std::function<void(QAccessibleInterface &)> &look);
 
 // Every text of every element: names, descriptions, values, and what its text interface gives.
 [[nodiscard]] QStringList accessibleTexts(QQuickWindow &window);
