@@ -78,19 +78,19 @@ std::optional<Occurrence> occurrenceOf(const IcalSeries &series, const std::opti
 }
 
 RecordCollector::RecordCollector(CalendarWindow window, ZonePointer system, std::stop_token stop)
-    : m_window(utcWindowOf(window))
-    , m_system(std::move(system))
-    , m_stop(std::move(stop))
-    , m_most(costSoFar() + kMostCost)
+    : m_window(utcWindowOf(window)), m_system(std::move(system)), m_stop(std::move(stop))
 {
 }
 
 void RecordCollector::take(const IcalSeries &series, const QString &calendarIdentifier)
 {
     throwIfStopped(m_stop);
+    if (!m_most) {
+        m_most = costSoFar() + kMostCost; // reading the calendar does not count
+    }
     constexpr int kBetweenQuestions = 64; // which cost more than most series do
     if (++m_taken % kBetweenQuestions == 0 && !m_isPlenty) {
-        m_isPlenty = m_records.size() >= kPlenty || costSoFar() >= m_most;
+        m_isPlenty = m_records.size() >= kPlenty || costSoFar() >= *m_most;
     }
     const ExpansionBounds bounds = m_isPlenty ? kWhenPlenty : ExpansionBounds();
     for (const Occurrence &occurrence :

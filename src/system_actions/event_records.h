@@ -44,7 +44,7 @@ private:
     UtcWindow m_window;
     ZonePointer m_system;
     std::stop_token m_stop;
-    std::chrono::nanoseconds m_most; // that the thread may have cost when it ends
+    std::optional<std::chrono::nanoseconds> m_most; // that the thread may have cost when it ends
     int m_taken = 0;
     bool m_isPlenty = false;
     QList<CalendarEvent> m_records;
