@@ -48,7 +48,7 @@ FocusScope {
 
         property bool isOff: false
 
-        interval: Qt.styleHints.cursorFlashTime / 2
+        interval: Application.styleHints.cursorFlashTime / 2
         repeat: true
         running: body.activeFocus && interval > 0
         onRunningChanged: isOff = false
