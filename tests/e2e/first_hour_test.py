@@ -216,6 +216,7 @@ class FirstSession(Session):
         self.assertEqual(stored_key(), key)
         remember(key=key)
         if self.window.named("Provider Connections"):
+            self.window.wait_until_gone("Connect OpenAI")  # which still fades away
             self.window.key("Escape")
             self.window.wait_until_gone("Provider Connections")
 

@@ -94,12 +94,12 @@ class HostileCaller(DesktopTest):
                           ["'select-action'", "[<7>]"], ["'select-action'", "[]"],
                           ["'quit'", "[]"], ["''", "[<'x'>, <'y'>]"]]:
             call(WINDOW_NAME, WINDOW_PATH, "org.freedesktop.Application.ActivateAction",
-                 *arguments, "{}")
+                 *arguments, "@a{sv} {}")
         self.assertEqual(self.store.layout().get("selectedActionID"), selected)
         self.expect_no_run()
 
     def test_call_of_the_wrong_shape_is_refused(self):
-        for method, arguments in [("org.freedesktop.Application.Open", ["'x'", "{}"]),
+        for method, arguments in [("org.freedesktop.Application.Open", ["'x'", "@a{sv} {}"]),
                                   ("org.freedesktop.Application.Activate", []),
                                   ("org.freedesktop.Application.Quit", []),
                                   ("com.tolmar.velarc.Window1.Copy", ["'text/html'", "[byte 1]"])]:

@@ -115,13 +115,13 @@ class ByTheDesktop(DesktopTest):
         self.expect_processes(window)
 
     def test_bus_starts_the_window_and_shows_it(self):
-        call(WINDOW_NAME, WINDOW_PATH, "org.freedesktop.Application.Activate", "{}")
+        call(WINDOW_NAME, WINDOW_PATH, "org.freedesktop.Application.Activate", "@a{sv} {}")
         self.assertEqual(owner_process(WINDOW_NAME), self.window())
 
     def test_chosen_action_is_selected(self):
         joke = self.action(JOKE)
         call(WINDOW_NAME, WINDOW_PATH, "org.freedesktop.Application.ActivateAction",
-             "'select-action'", f"[<'{joke}'>]", "{}")
+             "'select-action'", f"[<'{joke}'>]", "@a{sv} {}")
         wait_until(lambda: self.store.layout().get("selectedActionID") == joke, "the selection")
 
     def test_address_with_a_result_shows_it_and_leaves_the_record(self):

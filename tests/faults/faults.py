@@ -53,7 +53,7 @@ class FaultTest(DesktopTest):
     def select(self, action):
         """In the running window, which writes it into the store."""
         call(WINDOW_NAME, WINDOW_PATH, "org.freedesktop.Application.ActivateAction",
-             "'select-action'", f"[<'{action}'>]", "{}")
+             "'select-action'", f"[<'{action}'>]", "@a{sv} {}")
 
     def selected(self):
         return self.store.layout().get("selectedActionID")

@@ -50,19 +50,29 @@ T.Popup {
     // To who had it, or to what is left around them; should their sheet have gone, to the screen
     // below, which knows who had it there.
     function giveFocusBack() {
-        let item = focusedBefore;
-        while (item !== null && !(item.visible && (item === focusedBefore || isScope(item)))) {
-            item = item.parent;
+        const holder = standing(focusedBefore) ?? screenBelow();
+        holder?.forceActiveFocus();
+    }
+
+    function standing(item: Item): Item {
+        if (item === null || item.visible && (item === focusedBefore || isScope(item))) {
+            return item;
         }
+        return standing(item.parent);
+    }
+
+    function screenBelow(): Item {
         const screens = parent.Window.contentItem.children;
-        for (let at = 0; item === null && at < screens.length; ++at) {
-            item = isScope(screens[at]) ? screens[at] : null;
+        for (let at = 0; at < screens.length; ++at) {
+            if (isScope(screens[at])) {
+                return screens[at];
+            }
         }
-        item?.forceActiveFocus();
+        return null;
     }
 
     function isScope(item: Item): bool {
-        return (item as FocusScope) !== null;
+        return item instanceof FocusScope; // a cast of it ends the compiler of Qt 6.4
     }
 
     enter: Transition {
