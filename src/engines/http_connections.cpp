@@ -1,5 +1,7 @@
 #include "engines/http_connections.h"
 
+#include "engines/openssl_end.h"
+
 #include <QHash>
 #include <QUrl>
 
@@ -21,6 +23,13 @@ std::chrono::nanoseconds timeSinceBoot()
     return std::chrono::seconds(now.tv_sec) + std::chrono::nanoseconds(now.tv_nsec);
 }
 
+// The first one is the process's first use of OpenSSL.
+std::unique_ptr<QNetworkAccessManager> newManager()
+{
+    leaveOpenSslUncleaned();
+    return std::make_unique<QNetworkAccessManager>();
+}
+
 } // namespace
 
 struct HttpConnections::Proxies final : QNetworkProxyFactory
@@ -34,9 +43,7 @@ struct HttpConnections::Proxies final : QNetworkProxyFactory
 };
 
 HttpConnections::HttpConnections()
-    : m_manager(std::make_unique<QNetworkAccessManager>())
-    , m_proxies(new Proxies)
-    , m_lastUse(timeSinceBoot())
+    : m_manager(newManager()), m_proxies(new Proxies), m_lastUse(timeSinceBoot())
 {
     m_manager->setProxyFactory(m_proxies);
 }

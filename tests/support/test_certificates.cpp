@@ -1,5 +1,7 @@
 #include "support/test_certificates.h"
 
+#include "engines/openssl_end.h"
+
 #include <QFile>
 #include <QProcess>
 
@@ -36,6 +38,7 @@ QByteArray contents(const QString &path)
 
 TestAuthority::TestAuthority()
 {
+    leaveOpenSslUncleaned(); // as the client under test would, were it the first to use it
     run(QStringList{u"req"_s, u"-x509"_s, u"-subj"_s, u"/CN=Authority of a test"_s, u"-days"_s,
             QString::number(kDaysValid), u"-out"_s, path(u"ca.pem"_s)}
         + newKey(path(u"ca.key"_s)));
