@@ -2,8 +2,8 @@
 
 namespace velarc {
 
-CallEnd::CallEnd(const std::stop_token &stop, const std::stop_token &ending,
-    std::chrono::milliseconds bound)
+CallEnd::CallEnd(
+    const std::stop_token &stop, const std::stop_token &ending, std::chrono::milliseconds bound)
     : m_onStop(stop, [this] { m_source.request_stop(); })
     , m_onEnding(ending, [this] { m_source.request_stop(); })
     , m_stop(stop)

@@ -40,7 +40,8 @@ private:
     QTimer m_bound;
 };
 
-// What `running`, which heeds the token of `end`, gives or throws; `late` if the bound has ended it.
+// What `running`, which heeds the token of `end`, gives or throws; `late` if the bound has ended
+// it.
 template <typename Result, typename Failure>
 QCoro::Task<Result> outcomeWithin(
     std::unique_ptr<CallEnd> end, QCoro::Task<Result> running, Failure late)

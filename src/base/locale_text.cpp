@@ -113,8 +113,8 @@ QString mediumDateShortTime(Instant instant)
 
 QString shortTime(Instant instant)
 {
-    const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createTimeInstance(
-        icu::DateFormat::kShort, environmentLocale("LC_TIME")));
+    const std::unique_ptr<icu::DateFormat> format(
+        icu::DateFormat::createTimeInstance(icu::DateFormat::kShort, environmentLocale("LC_TIME")));
     return formatted(format, instant);
 }
 

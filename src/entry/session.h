@@ -4,7 +4,8 @@
 
 namespace velarc {
 
-// Whether there is a session bus. Where none is named, asking the libraries for one would start one.
+// Whether there is a session bus. Where none is named, asking the libraries for one would start
+// one.
 [[nodiscard]] bool hasSessionBus();
 
 // Whether a window could be opened. Where none is named, Qt ends the process as if it had crashed.

@@ -28,8 +28,9 @@ enum class IfPresent
     Replace,
 };
 
-// Writes `actions` in their stored form to `path`, readable by their owner alone. False, and nothing
-// written, where a file stands there that is not to be replaced. A failure leaves what stood there.
+// Writes `actions` in their stored form to `path`, readable by their owner alone. False, and
+// nothing written, where a file stands there that is not to be replaced. A failure leaves what
+// stood there.
 //
 // Errors: ActionExportError.
 bool saveActionFile(const QString &path, const QList<AIAction> &actions, IfPresent ifPresent);

@@ -109,8 +109,8 @@ void AppViewModel::handleOpenURL(const QUrl &url)
 QCoro::Task<ResultPayload> AppViewModel::runForShortcut(
     AIAction action, QString input, std::stop_token stop)
 {
-    ShortcutRun run = co_await m_pipeline->runForShortcut(
-        std::move(action), std::move(input), std::move(stop));
+    ShortcutRun run =
+        co_await m_pipeline->runForShortcut(std::move(action), std::move(input), std::move(stop));
     co_return std::move(run.payload);
 }
 

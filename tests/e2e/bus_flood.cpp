@@ -19,8 +19,8 @@ namespace {
 
 QDBusMessage application(const QString &method, const QVariantList &arguments)
 {
-    QDBusMessage call = QDBusMessage::createMethodCall(u"com.tolmar.velarc"_s,
-        u"/com/tolmar/velarc"_s, u"org.freedesktop.Application"_s, method);
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        u"com.tolmar.velarc"_s, u"/com/tolmar/velarc"_s, u"org.freedesktop.Application"_s, method);
     call.setArguments(arguments);
     return call;
 }

@@ -2,8 +2,8 @@
 #include "entry/interruption.h"
 #include "support/wait_until.h"
 
-#include <gtest/gtest.h>
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <array>

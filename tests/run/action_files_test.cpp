@@ -1,7 +1,6 @@
-#include "run/action_files.h"
-
 #include "actions/action_json.h"
 #include "actions/catalogue.h"
+#include "run/action_files.h"
 
 #include <QDir>
 #include <QFile>
@@ -9,7 +8,6 @@
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
-
 #include <sys/stat.h>
 
 namespace velarc {
@@ -63,8 +61,9 @@ TEST_F(ActionFilesTest, whatIsExportedIsImportedAsItWas)
 TEST_F(ActionFilesTest, onlyItsOwnerReadsAnExport)
 {
     const QString name = write("old");
-    QFile::setPermissions(name, QFileDevice::ReadOwner | QFileDevice::WriteOwner
-            | QFileDevice::ReadGroup | QFileDevice::ReadOther);
+    QFile::setPermissions(name,
+        QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadGroup
+            | QFileDevice::ReadOther);
     EXPECT_TRUE(saveActionFile(name, builtInActions(), IfPresent::Replace));
     struct stat status
     {
@@ -118,8 +117,7 @@ TEST_F(ActionFilesTest, aPipeAndADeviceAreRefusedWithoutReading)
 {
     const QString name = path(u"pipe"_s);
     ASSERT_EQ(::mkfifo(QFile::encodeName(name).constData(), 0600), 0);
-    EXPECT_EQ(
-        refusalOf(name), u"\u201cpipe\u201d is no regular file. Nothing was imported."_s);
+    EXPECT_EQ(refusalOf(name), u"\u201cpipe\u201d is no regular file. Nothing was imported."_s);
     ASSERT_TRUE(QFile::link(u"/dev/zero"_s, path(u"zero"_s)));
     EXPECT_EQ(refusalOf(path(u"zero"_s)),
         u"\u201czero\u201d is no regular file. Nothing was imported."_s);
@@ -136,11 +134,11 @@ TEST_F(ActionFilesTest, aFileOfAHundredMegabytesIsRefusedByItsSize)
 
 TEST_F(ActionFilesTest, whatIsNoJsonIsRefused)
 {
-    EXPECT_EQ(refusalOf(write("not json")),
-        u"The file is not valid JSON, so nothing was imported."_s);
+    EXPECT_EQ(
+        refusalOf(write("not json")), u"The file is not valid JSON, so nothing was imported."_s);
     EXPECT_EQ(refusalOf(write("")), u"The file is empty, so nothing was imported."_s);
-    EXPECT_EQ(refusalOf(write("\"text\"")),
-        u"The file holds no actions, so nothing was imported."_s);
+    EXPECT_EQ(
+        refusalOf(write("\"text\"")), u"The file holds no actions, so nothing was imported."_s);
 }
 
 TEST_F(ActionFilesTest, entriesOfWrongTypesAreNamedBesideTheGoodOnes)
@@ -149,8 +147,7 @@ TEST_F(ActionFilesTest, entriesOfWrongTypesAreNamedBesideTheGoodOnes)
         loadActionFile(write(R"([{"name":"Good"},{"name":"Bad","sortOrder":true},7])"), {});
     ASSERT_EQ(file.actions.size(), 1);
     EXPECT_EQ(file.actions.first().name, u"Good"_s);
-    EXPECT_EQ(file.unreadable,
-        (QList<UnreadableAction>{{2, u"Bad"_s}, {3, QString()}}));
+    EXPECT_EQ(file.unreadable, (QList<UnreadableAction>{{2, u"Bad"_s}, {3, QString()}}));
 }
 
 TEST_F(ActionFilesTest, fiftyThousandActionsAreRefused)
@@ -166,8 +163,8 @@ TEST_F(ActionFilesTest, aStoppedReadingEndsWithoutAnAnswer)
 {
     std::stop_source stop;
     stop.request_stop();
-    EXPECT_THROW(static_cast<void>(loadActionFile(write("[{}]"), stop.get_token())),
-        CancellationError);
+    EXPECT_THROW(
+        static_cast<void>(loadActionFile(write("[{}]"), stop.get_token())), CancellationError);
 }
 
 } // namespace
