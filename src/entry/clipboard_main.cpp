@@ -85,6 +85,18 @@ private:
     int m_parent; // -1 once it has been told
 };
 
+// The platform's clipboard goes at once: it would read what the next owner copies, and an owner
+// whose reader ends amid that may end as well.
+void write(const CopiedThing &thing, QClipboard &clipboard)
+{
+    PlatformClipboard platform(&clipboard, nullptr, std::make_shared<TaskScope>());
+    if (thing.kind == CopiedThing::Kind::Text) {
+        platform.writeText(QString::fromUtf8(thing.bytes));
+    } else {
+        platform.writeImage(thing.bytes);
+    }
+}
+
 int keep(int &argc, char **argv, const CopiedThing &thing, int parent)
 {
     ::setsid();
@@ -94,12 +106,7 @@ int keep(int &argc, char **argv, const CopiedThing &thing, int parent)
     QGuiApplication application(argc, argv);
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QClipboard &clipboard = *QGuiApplication::clipboard();
-    PlatformClipboard platform(&clipboard, nullptr, std::make_shared<TaskScope>());
-    if (thing.kind == CopiedThing::Kind::Text) {
-        platform.writeText(QString::fromUtf8(thing.bytes));
-    } else {
-        platform.writeImage(thing.bytes);
-    }
+    write(thing, clipboard);
     Keeper keeper(clipboard, parent);
     QObject::connect(&clipboard, &QClipboard::dataChanged, &application, [&] { keeper.look(); });
     QTimer::singleShot(0, &application, [&] { keeper.look(); });
