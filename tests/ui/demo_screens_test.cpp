@@ -18,14 +18,7 @@ protected:
     {
         AppServices made = services();
         made.store = std::make_shared<const LocalStore>(domain, &demoActions);
-        const auto engine = [this](AIProvider provider) {
-            return std::make_shared<DemoEngine>(provider, clock);
-        };
-        made.openAIService = engine(AIProvider::OpenAI);
-        made.geminiService = engine(AIProvider::Gemini);
-        made.anthropicService = engine(AIProvider::Anthropic);
-        made.credentialStore = std::make_shared<DemoKeys>();
-        viewModel = std::make_unique<AppViewModel>(std::move(made));
+        viewModel = std::make_unique<AppViewModel>(overDemoEngines(std::move(made)));
         openWindow();
     }
 

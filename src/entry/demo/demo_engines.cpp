@@ -139,4 +139,16 @@ void DemoKeys::saveWithoutPrompting(
     m_keys.insert_or_assign(provider, key);
 }
 
+AppServices overDemoEngines(AppServices services)
+{
+    const auto engine = [&services](AIProvider provider) {
+        return std::make_shared<DemoEngine>(provider, services.clock);
+    };
+    services.openAIService = engine(AIProvider::OpenAI);
+    services.geminiService = engine(AIProvider::Gemini);
+    services.anthropicService = engine(AIProvider::Anthropic);
+    services.credentialStore = std::make_shared<DemoKeys>();
+    return services;
+}
+
 } // namespace velarc

@@ -6,6 +6,7 @@
 #include "base/clock.h"
 #include "engines/credential_store.h"
 #include "engines/engine_services.h"
+#include "run/app_view_model.h"
 
 #include <map>
 #include <memory>
@@ -58,5 +59,8 @@ public:
 private:
     std::map<AIProvider, Secret> m_keys{{AIProvider::OpenAI, Secret("demo")}};
 };
+
+// The same services, but for the engines, which are the demo's, and their keys.
+[[nodiscard]] AppServices overDemoEngines(AppServices services);
 
 } // namespace velarc

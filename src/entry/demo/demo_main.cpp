@@ -19,16 +19,8 @@ namespace {
 
 AppServices demoServices()
 {
-    AppServices services = makeDesktopServices(
-        std::make_shared<const LocalStore>(std::make_shared<MemoryDefaultsDomain>(), &demoActions));
-    const auto engine = [&services](AIProvider provider) {
-        return std::make_shared<DemoEngine>(provider, services.clock);
-    };
-    services.openAIService = engine(AIProvider::OpenAI);
-    services.geminiService = engine(AIProvider::Gemini);
-    services.anthropicService = engine(AIProvider::Anthropic);
-    services.credentialStore = std::make_shared<DemoKeys>();
-    return services;
+    return overDemoEngines(makeDesktopServices(std::make_shared<const LocalStore>(
+        std::make_shared<MemoryDefaultsDomain>(), &demoActions)));
 }
 
 } // namespace
